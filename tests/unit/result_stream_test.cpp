@@ -86,7 +86,7 @@ TEST(ResultStream, NestedListsInsideAListAtTheStart) {
   r.stream.beginList();
   r.stream.endList();
   r.stream.endList();
-  EXPECT_EQ(r.text, " {mode}  { 1 2 }  {  } ");
+  EXPECT_EQ(r.text, " {mode}  { 1 2 }  { } ");
 }
 
 TEST(ResultStream, FirstTextInsideAListIsBraced) {
