@@ -8,6 +8,8 @@
 #include "platform/system_services.h"
 #include "script/monitor_session.h"
 #include "turbo/commands/turbo_command_set.h"
+#include "turbo/curve_names.h"
+#include "turbo/monitor.h"
 
 namespace app {
 
@@ -56,16 +58,22 @@ int runMonitor(int argc, char** argv) {
   platform::consoleLine(banner(mode));
   if (batchAsked) return 0;
 
-  // The monitor lives until the process ends; nothing is torn down at exit.
-  auto* monitor = new MonitorSessionH(argc, argv, scriptEnvironment(environment));
+  // The session and the monitor live until the process ends; nothing is torn
+  // down at exit.
+  const std::vector<std::string> arguments(argv, argv + argc);
+  MonitorSessionH* session = nullptr;
   if (mode == MonitorMode::marine) {
+    session = new MonitorSessionH(argc, argv, scriptEnvironment(environment));
     marine::registerMarineCommands();
   } else {
+    turbo::buildCurveNameTables();
+    session = new MonitorSessionH(argc, argv, scriptEnvironment(environment));
+    new turbo::Monitor(arguments);
     turbo::registerTurboCommands();
   }
   registerCommonCommands();
   sourceStartupScript(mode, environment);
-  monitor->runMainLoop();
+  session->runMainLoop();
   return 1;
 }
 
