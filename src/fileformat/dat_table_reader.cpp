@@ -2,18 +2,13 @@
 
 #include <charconv>
 #include <cstdio>
-#include <memory>
 
+#include "fileformat/input_file.h"
 #include "fileformat/line_helpers.h"
 #include "platform/console.h"
 
 namespace fileformat {
 namespace {
-
-struct FileCloser {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, FileCloser>;
 
 std::uint64_t fileSize(std::FILE* file) {
   if (std::fseek(file, 0, SEEK_END) != 0) return 0;
@@ -69,7 +64,7 @@ void DatTableReader::reset(const std::string& path) {
 }
 
 void DatTableReader::update(std::vector<QuantityGroup>& groups) {
-  File file(std::fopen(path_.c_str(), "rb"));
+  const InputFile file = openInputFile(path_);
   if (!file) return;
   const std::uint64_t size = fileSize(file.get());
   if (size < resumeOffset_) {

@@ -12,7 +12,12 @@ namespace {
 // Reads the numbers of a blade file in the "C" locale, whatever the user's.
 class NumberReader {
  public:
-  explicit NumberReader(const std::string& path) : in_(path) { in_.imbue(std::locale::classic()); }
+  explicit NumberReader(const std::string& path) {
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error)) return;  // opens, but reads nothing
+    in_.open(path);
+    in_.imbue(std::locale::classic());
+  }
   bool isOpen() const { return in_.is_open(); }
   bool read(std::int32_t& value) { return static_cast<bool>(in_ >> value); }
   bool read(float& value) { return static_cast<bool>(in_ >> value); }

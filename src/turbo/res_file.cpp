@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
-#include <memory>
 
+#include "fileformat/input_file.h"
 #include "fileformat/text_window.h"
 #include "fileformat/token_stream.h"
 #include "platform/console.h"
@@ -12,11 +12,6 @@
 
 namespace turbo {
 namespace {
-
-struct FileCloser {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, FileCloser>;
 
 constexpr std::int32_t kShortHeaderLimit = 100000;
 
@@ -162,7 +157,7 @@ bool ResFile::lastTwoRecordsEqual() const {
 }
 
 int ResFile::read() {
-  File file(std::fopen(path().c_str(), "rb"));
+  const fileformat::InputFile file = fileformat::openInputFile(path());
   if (!file) {
     reportCannotOpen("read");
     reset();
