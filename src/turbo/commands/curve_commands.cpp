@@ -36,11 +36,12 @@ float valueAt(const ResFile& file, std::int32_t iter, std::int64_t position) {
 }
 
 // x, then the named residual of the block at `iter` less its value at the
-// first record.
+// first record; 0 past the end of the history.
 void writeResidualPoint(ResultStream& result, Monitor& monitor, const ResFile& file,
                         const std::string& name, std::int32_t block, std::int32_t iter) {
   const std::int64_t position = indexOf(name, block, file.nbVars(), monitor.currentTurbulenceCount());
-  const float value = valueAt(file, iter, position) - valueAt(file, 0, position);
+  const bool held = iter >= 0 && static_cast<std::size_t>(iter) < file.recordCount();
+  const float value = held ? valueAt(file, iter, position) - valueAt(file, 0, position) : 0.0f;
   result << abscissa(file, iter) << static_cast<double>(value);
 }
 
