@@ -63,6 +63,12 @@ class TokenStream {
     return true;
   }
   bool readWord(std::string& word);
+  // The next token, without any message; false when none is left.
+  bool next(std::string_view& token) {
+    if (eof_) return false;
+    token = nextToken();
+    return !fail_;
+  }
 
   bool eof() const { return eof_; }
   bool fail() const { return fail_; }

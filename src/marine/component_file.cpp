@@ -1,0 +1,165 @@
+#include "marine/component_file.h"
+
+#include <algorithm>
+
+#include "fileformat/line_helpers.h"
+#include "fileformat/token_stream.h"
+#include "platform/console.h"
+
+namespace marine {
+namespace {
+
+std::string_view firstWord(std::string_view line) {
+  std::size_t end = 0;
+  while (end < line.size() && !fileformat::isWhitespace(line[end])) ++end;
+  return line.substr(0, end);
+}
+
+// The words of a keyword line after the keyword, without "=".
+std::vector<std::string> listedWords(std::string_view line) {
+  fileformat::TokenStream tokens(line.substr(firstWord(line).size()));
+  std::vector<std::string> words;
+  std::string_view token;
+  while (tokens.next(token)) {
+    if (token != "=") words.emplace_back(token);
+  }
+  return words;
+}
+
+float realToken(std::string_view token) {
+  return fileformat::isNonFiniteToken(token) ? 1.0f : static_cast<float>(fileformat::tokenReal(token));
+}
+
+}  // namespace
+
+bool ComponentFile::takeHeaderLine(std::string_view raw) {
+  const std::string_view line = fileformat::trim(raw);
+  const std::string_view word = firstWord(line);
+  if (word == "#QV_BEGIN") {
+    ++depth_;
+  } else if (word == "#QV_END") {
+    if (depth_ > 0) --depth_;
+    inColumnsBlock_ = false;
+  } else if (word == "VARIABLES" && depth_ > 0) {
+    variables_ = listedWords(line);
+    sawVariables_ = true;
+    inColumnsBlock_ = true;
+  } else if (word == "NAMES" && inColumnsBlock_) {
+    names_ = listedWords(line);
+    sawNames_ = true;
+  } else if (depth_ == 0 && !line.empty() && !line.starts_with("#")) {
+    return false;  // the first row
+  }
+  return true;
+}
+
+bool ComponentFile::readHeader(std::vector<BodyObject>& bodies, bool report) {
+  const auto status = lines_.read([this](std::string_view line) { return takeHeaderLine(line); });
+  if (status == fileformat::AppendedLines::Status::missing) {
+    if (report) platform::consoleLine("No file " + path());
+    return false;
+  }
+  if (!sawVariables_) {
+    if (report) platform::consoleLine("*** Parameter : #QV_END VARIABLES is not found in file: " + path());
+    return false;
+  }
+  if (!sawNames_) {
+    if (report) platform::consoleLine("*** Parameter : NAMES in file: " + path() + " is not found");
+    return false;
+  }
+  headerDone_ = true;
+  return mapColumns(bodies);
+}
+
+bool ComponentFile::mapColumns(std::vector<BodyObject>& bodies) {
+  std::vector<std::string> valueColumns;
+  for (const std::string& variable : variables_) {
+    if (variable != "T" && variable != "itnl") valueColumns.push_back(variable);
+  }
+  if (valueColumns.size() != names_.size()) {
+    platform::consoleLine("*** Parameter : NAMES in file: " + path() + " is not found");
+    return false;
+  }
+  columns_.assign(names_.size(), Target{});
+  std::vector<std::string> seen;
+  for (std::size_t c = 0; c < names_.size(); ++c) {
+    const std::string& name = names_[c];
+    const std::size_t colon = name.find(':');
+    const std::string bodyName = name.substr(0, colon);
+    Target& target = columns_[c];
+    for (std::size_t b = 0; b < bodies.size() && target.body < 0; ++b) {
+      if (bodies[b].name() != bodyName) continue;
+      if (colon == std::string::npos) {
+        target.body = static_cast<int>(b);
+        break;
+      }
+      const std::string subName = name.substr(colon + 1);
+      for (std::size_t s = 0; s < bodies[b].subBodyCount(); ++s) {
+        if (bodies[b].subBody(s).name() == subName) {
+          target.body = static_cast<int>(b);
+          target.subBody = static_cast<int>(s);
+          break;
+        }
+      }
+    }
+    if (target.body < 0) {
+      platform::consoleLine((component_ == Component::force ? "Unknown body: " : "Unknow body ") + name);
+      continue;
+    }
+    const auto group = std::count(seen.begin(), seen.end(), name);
+    target.index = baseIndex_ + static_cast<int>(group);
+    seen.push_back(name);
+  }
+  return true;
+}
+
+bool ComponentFile::takeRow(std::string_view line, std::vector<BodyObject>& bodies, bool reference) {
+  if (fileformat::trim(line).empty() || line.starts_with("#")) return true;
+  fileformat::TokenStream tokens(line, fileformat::TokenStream::MissingReal::quiet);
+  std::string_view token;
+  std::int32_t iteration = 0;
+  if (!tokens.next(token)) return true;
+  const double time = fileformat::isNonFiniteToken(token) ? 1.0 : fileformat::tokenReal(token);
+  if (!tokens.readInteger(iteration)) {
+    platform::consoleLine("Wrong eff file format, cannot read force value");
+    return true;
+  }
+  if (reference) {
+    for (BodyObject& body : bodies) {
+      if (time >= 0.0) {
+        body.addRowKey("T", time);
+        body.addRowKey("itnl", iteration);
+      } else {
+        body.addConvergedTime(-time);
+      }
+    }
+  }
+  for (const Target& target : columns_) {
+    if (!tokens.next(token)) {
+      platform::consoleLine("Wrong eff file format, cannot read force value");
+      break;
+    }
+    if (target.body < 0) continue;
+    BodyObject& body = bodies[static_cast<std::size_t>(target.body)];
+    ComponentHistories& owner = target.subBody < 0 ? static_cast<ComponentHistories&>(body)
+                                                    : body.subBody(static_cast<std::size_t>(target.subBody));
+    owner.store(component_, time, target.index, realToken(token));
+  }
+  return true;
+}
+
+ComponentFile::Status ComponentFile::update(std::vector<BodyObject>& bodies, bool reference) {
+  if (!headerDone_ && !readHeader(bodies, false)) return Status::missing;
+  const auto status =
+      lines_.read([&](std::string_view line) { return takeRow(line, bodies, reference); });
+  switch (status) {
+    case fileformat::AppendedLines::Status::missing:
+      return Status::missing;
+    case fileformat::AppendedLines::Status::rewritten:
+      return Status::rewritten;
+    default:
+      return Status::read;
+  }
+}
+
+}  // namespace marine

@@ -1,0 +1,95 @@
+#include "marine/creation_stamp.h"
+
+#include <array>
+#include <limits>
+
+#include "fileformat/appended_lines.h"
+#include "fileformat/number_text.h"
+#include "platform/console.h"
+
+namespace marine {
+namespace {
+
+constexpr std::string_view kStampKeyword = "#CREATED ";
+
+// Up to three numbers of `text` separated by any of `separators`, each read
+// as its leading digits.
+std::array<int, 3> threeNumbers(std::string_view text, std::string_view separators) {
+  std::array<int, 3> numbers{};
+  for (int& number : numbers) {
+    const std::size_t start = text.find_first_not_of(separators);
+    if (start == std::string_view::npos) break;
+    text.remove_prefix(start);
+    number = static_cast<int>(fileformat::leadingInteger(text, std::numeric_limits<int>::min(),
+                                                         std::numeric_limits<int>::max()));
+    const std::size_t end = text.find_first_of(separators);
+    text = end == std::string_view::npos ? std::string_view{} : text.substr(end);
+  }
+  return numbers;
+}
+
+bool isLeapYear(long year) { return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0; }
+
+}  // namespace
+
+std::string readResCreationDate(const std::string& residualPath) {
+  fileformat::AppendedLines file(residualPath);
+  std::string stamp;
+  const auto status = file.read([&stamp](std::string_view line) {
+    if (!line.starts_with("#") || !stamp.empty()) return false;
+    if (line.starts_with(kStampKeyword)) stamp = line.substr(kStampKeyword.size());
+    return true;
+  });
+  if (status == fileformat::AppendedLines::Status::missing) {
+    platform::consoleLine("Error in readResCreationDate! Could not read '" + residualPath + "'.");
+  }
+  return stamp;
+}
+
+std::optional<long> julianDay(int day, int month, int year) {
+  constexpr std::array<int, 12> kDays = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+  if (month < 1 || month > 12 || day < 1) return std::nullopt;
+  const int length = kDays[static_cast<std::size_t>(month - 1)] + (month == 2 && isLeapYear(year) ? 1 : 0);
+  if (day > length) return std::nullopt;
+  const long a = (14 - month) / 12;
+  const long y = static_cast<long>(year) + 4800 - a;
+  const long m = month + 12 * a - 3;
+  return day + (153 * m + 2) / 5 + 365 * y + y / 4 - y / 100 + y / 400 - 32045;
+}
+
+std::optional<std::time_t> stampTime(std::string_view stamp) {
+  const std::size_t blank = stamp.rfind(' ');
+  if (stamp.empty() || stamp == "not_found" || blank == std::string_view::npos) return std::nullopt;
+  const auto [day, month, rawYear] = threeNumbers(stamp.substr(0, blank), "/ ");
+  const auto [hours, minutes, seconds] = threeNumbers(stamp.substr(blank + 1), ": ");
+  const int year = rawYear <= 99 ? rawYear + 1900 : rawYear;
+  const std::optional<long> dayNumber = julianDay(day, month, year);
+  if (!dayNumber) return std::nullopt;
+  // The day number, back to a calendar date for the local time zone.
+  constexpr long kUnixEpochDay = 2440588;
+  std::tm local{};
+  local.tm_year = 70;
+  local.tm_mday = 1 + static_cast<int>(*dayNumber - kUnixEpochDay);
+  local.tm_hour = hours;
+  local.tm_min = minutes;
+  local.tm_sec = seconds;
+  local.tm_isdst = -1;
+  const std::time_t time = std::mktime(&local);
+  if (time == static_cast<std::time_t>(-1)) return std::nullopt;
+  return time;
+}
+
+std::string formatStampTime(std::optional<std::time_t> time) {
+  if (!time) return "unknown";
+  std::tm local{};
+#ifdef _WIN32
+  localtime_s(&local, &*time);
+#else
+  localtime_r(&*time, &local);
+#endif
+  char text[32];
+  std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &local);
+  return text;
+}
+
+}  // namespace marine

@@ -1,0 +1,83 @@
+// One marine computation, known by the path of its residual file; its other
+// files lie in the same folder: the force and moment files eff_*.dat, the
+// body description <case>_body_param.dat, the motion files Mvt_<body>.dat and
+// the actuator-disk table eff_AD.dat.
+#pragma once
+
+#include <ctime>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "marine/actuator_disks.h"
+#include "marine/body_object.h"
+#include "marine/component_file.h"
+#include "marine/res_file_marine.h"
+
+namespace marine {
+
+class ProjectMonitorMarine {
+ public:
+  // Counters the scripts keep per residual, force and moment quantity.
+  static constexpr std::size_t kCurrentIterationSlots = kResidualNames.size() + kForceNames.size() + kMomentNames.size();
+
+  explicit ProjectMonitorMarine(std::string residualPath);
+
+  // Loads the computation, printing its progress. False when the residual
+  // file, the force file eff_Fx.dat or the residual header cannot be read
+  // (the scripts are told which part is bad); a later refresh tries again.
+  bool load();
+
+  struct Refresh {
+    bool succeeded = false;  // every step could be carried out
+    bool changed = false;    // something new was read, or the run was reloaded
+  };
+  // Reads what the solver appended since the last refresh; a new run on disk
+  // (new creation stamp, or rewritten files) is loaded afresh first.
+  Refresh refresh();
+
+  const std::string& path() const { return path_; }
+  const std::string& folder() const { return folder_; }
+  bool loaded() const { return loaded_; }
+  bool unsteady() const { return unsteady_; }
+  ResFileMarine& resFile() { return resFile_; }
+  const ResFileMarine& resFile() const { return resFile_; }
+  // The bodies in use: those of the body description, or the fallback
+  // bodies of eff_Fx.dat when it describes none.
+  std::vector<BodyObject>& bodies() { return usingFallback_ ? fallbackBodies_ : trueBodies_; }
+  const std::vector<BodyObject>& bodies() const { return usingFallback_ ? fallbackBodies_ : trueBodies_; }
+  std::vector<BodyObject>& motionBodies() { return motionBodies_; }
+  const std::vector<BodyObject>& motionBodies() const { return motionBodies_; }
+  const ActuatorDiskTable& actuatorDisks() const { return actuatorDisks_; }
+  std::vector<int>& currentIterations() { return currentIterations_; }
+  const std::string& creationStamp() const { return stampText_; }
+
+ private:
+  bool detectBodies();
+  void readBodyBlocks(const std::string& path, std::vector<BodyObject>& bodies, bool needsMode,
+                      const char* label);
+  bool readStructure();
+  void reinitialise();
+  bool checkRunConsistency();
+  // A number that changes whenever something is read.
+  std::size_t contentSize() const;
+
+  std::string path_;
+  std::string folder_;
+  ResFileMarine resFile_;
+  std::vector<BodyObject> trueBodies_;
+  std::vector<BodyObject> fallbackBodies_;
+  std::vector<BodyObject> motionBodies_;
+  bool usingFallback_ = false;
+  bool unsteady_ = false;
+  bool modeKnown_ = false;
+  std::vector<ComponentFile> componentFiles_;  // the 9 force files, then the 9 moment files
+  std::vector<int> currentIterations_;
+  ActuatorDiskTable actuatorDisks_;
+  std::string stampText_;
+  std::optional<std::time_t> stampTime_;
+  bool loaded_ = false;
+};
+
+}  // namespace marine
