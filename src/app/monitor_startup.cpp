@@ -4,6 +4,8 @@
 
 #include "app/common_commands.h"
 #include "marine/commands/marine_command_set.h"
+#include "marine/monitor_marine.h"
+#include "marine/script_hooks.h"
 #include "platform/console.h"
 #include "platform/system_services.h"
 #include "script/monitor_session.h"
@@ -12,6 +14,15 @@
 #include "turbo/monitor.h"
 
 namespace app {
+namespace {
+
+// Lets the marine model run its script requests in the session.
+class SessionScriptEvaluator final : public marine::ScriptEvaluator {
+ public:
+  void evaluate(const std::string& script) override { evalScript(script); }
+};
+
+}  // namespace
 
 ScriptEnvironment scriptEnvironment(const QVEnvironmentVariables& e) {
   const char* exportedBlt = std::getenv("BLT_LIBRARY");
@@ -64,6 +75,8 @@ int runMonitor(int argc, char** argv) {
   MonitorSessionH* session = nullptr;
   if (mode == MonitorMode::marine) {
     session = new MonitorSessionH(argc, argv, scriptEnvironment(environment));
+    marine::setScriptEvaluator(new SessionScriptEvaluator);
+    new marine::MonitorMarine(arguments, marine::MonitorMarine::preferencesPathFor(environment.TMP_DIR));
     marine::registerMarineCommands();
   } else {
     turbo::buildCurveNameTables();
