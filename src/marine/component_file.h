@@ -46,6 +46,8 @@ class ComponentFile {
   Status update(std::vector<BodyObject>& bodies, bool reference);
 
   const std::string& path() const { return lines_.path(); }
+  // Whether the file's header has been read: the run writes this component.
+  bool present() const { return headerDone_; }
 
  private:
   // Where one value column goes: body, sub-body (-1 for the body itself) and

@@ -50,6 +50,8 @@ class ProjectMonitorMarine {
   std::vector<BodyObject>& motionBodies() { return motionBodies_; }
   const std::vector<BodyObject>& motionBodies() const { return motionBodies_; }
   const ActuatorDiskTable& actuatorDisks() const { return actuatorDisks_; }
+  // The 9 force files, then the 9 moment files.
+  const std::vector<ComponentFile>& componentFiles() const { return componentFiles_; }
   std::vector<int>& currentIterations() { return currentIterations_; }
   const std::string& creationStamp() const { return stampText_; }
 
