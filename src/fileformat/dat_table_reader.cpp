@@ -105,7 +105,8 @@ void DatTableReader::processLine(std::string_view line, std::vector<QuantityGrou
       if (line.starts_with("ZONE")) state_ = State::rows;
       break;
     case State::rows:
-      readRow(line, groups);
+      // A zone line among the rows starts another zone of the same table.
+      if (!line.starts_with("ZONE")) readRow(line, groups);
       break;
   }
 }

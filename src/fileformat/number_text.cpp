@@ -63,24 +63,40 @@ std::int64_t leadingInteger(std::string_view text, std::int64_t lowest, std::int
   return value;
 }
 
-double leadingDouble(std::string_view text) {
+std::size_t parseLeadingDouble(std::string_view text, double& value) {
+  const std::size_t size = text.size();
   text = skipBlanks(text);
   bool negative = false;
   if (!text.empty() && (text.front() == '+' || text.front() == '-')) {
     negative = text.front() == '-';
     text.remove_prefix(1);
   }
-  double value = 0.0;
   const bool hexadecimal = text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X') &&
                            (isHexDigit(text[2]) || (text[2] == '.' && text.size() > 3 && isHexDigit(text[3])));
+  double read = 0.0;
+  const char* end = text.data();
   if (hexadecimal) {
-    std::from_chars(text.data() + 2, text.data() + text.size(), value, std::chars_format::hex);
+    end = std::from_chars(text.data() + 2, text.data() + text.size(), read, std::chars_format::hex).ptr;
   } else if (!text.empty() && text.front() != '-' && text.front() != '+') {
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), read);
+    end = result.ptr;
     // Beyond the range of doubles: infinity or zero as the C library gives.
-    if (error == std::errc::result_out_of_range) value = outOfRangeValue(text.substr(0, end - text.data()));
+    if (result.ec == std::errc::result_out_of_range) {
+      read = outOfRangeValue(text.substr(0, static_cast<std::size_t>(end - text.data())));
+    }
   }
-  return negative ? -value : value;
+  if (end == text.data()) {
+    value = 0.0;
+    return 0;
+  }
+  value = negative ? -read : read;
+  return size - text.size() + static_cast<std::size_t>(end - text.data());
+}
+
+double leadingDouble(std::string_view text) {
+  double value = 0.0;
+  parseLeadingDouble(text, value);
+  return value;
 }
 
 std::string formatGeneral(double value, int precision, bool upperCase) {

@@ -19,6 +19,10 @@ std::int64_t leadingInteger(std::string_view text, std::int64_t lowest, std::int
 // follows; 0 when the text does not start with a number.
 double leadingDouble(std::string_view text);
 
+// As leadingDouble, and answers how many characters the number took (0 when
+// the text does not start with one, `value` then being 0).
+std::size_t parseLeadingDouble(std::string_view text, double& value);
+
 // printf's "%.<precision>g" (or "%.<precision>G" when `upperCase`).
 std::string formatGeneral(double value, int precision, bool upperCase = false);
 

@@ -33,6 +33,7 @@ class TextWindow {
 
   std::FILE* file_;
   std::size_t chunkSize_;
+  std::uint64_t unread_ = 0;  // bytes of the file not read yet
   std::string buffer_;
   std::size_t usable_ = 0;
   std::uint64_t offset_;

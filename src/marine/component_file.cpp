@@ -124,6 +124,7 @@ bool ComponentFile::takeRow(std::string_view line, std::vector<BodyObject>& bodi
     platform::consoleLine("Wrong eff file format, cannot read force value");
     return true;
   }
+  ++rowsRead_;
   if (reference) {
     for (BodyObject& body : bodies) {
       if (time >= 0.0) {

@@ -48,6 +48,8 @@ class ComponentFile {
   const std::string& path() const { return lines_.path(); }
   // Whether the file's header has been read: the run writes this component.
   bool present() const { return headerDone_; }
+  // Rows read since the header.
+  std::size_t rowsRead() const { return rowsRead_; }
 
  private:
   // Where one value column goes: body, sub-body (-1 for the body itself) and
@@ -73,6 +75,7 @@ class ComponentFile {
   bool sawVariables_ = false;
   bool sawNames_ = false;
   std::vector<Target> columns_;
+  std::size_t rowsRead_ = 0;
 };
 
 }  // namespace marine

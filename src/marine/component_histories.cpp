@@ -43,7 +43,7 @@ bool ComponentHistories::store(Component component, double time, int index, doub
   return true;
 }
 
-const std::vector<double>* ComponentHistories::valuesOf(Component component, int quantity) const {
+const std::vector<double>* ComponentHistories::history(Component component, int quantity) const {
   const bool force = component == Component::force;
   if (const std::optional<int> file = fileOfQuantity(quantity)) {
     return &(force ? forces_ : moments_)[static_cast<std::size_t>(*file)];
@@ -64,7 +64,7 @@ double ComponentHistories::getElement(Component component, std::string_view oper
     platform::consoleLine(prefix + " is not found.");
     return 0.0;
   }
-  const std::vector<double>* values = valuesOf(component, *quantity);
+  const std::vector<double>* values = history(component, *quantity);
   const std::size_t count = values == nullptr ? 0 : values->size();
   if (element < 0 || static_cast<std::size_t>(element) >= count) {
     platform::consoleLine(prefix + " has only " + text(static_cast<long long>(count)) +
@@ -161,7 +161,7 @@ int ComponentHistories::nbIterMomentConv(int quantity) const { return nbIterConv
 int ComponentHistories::realTimesteps(Component component, std::string_view name) const {
   const bool force = component == Component::force;
   const std::optional<int> quantity = force ? indexIn(kForceNames, name) : indexIn(kMomentNames, name);
-  const std::vector<double>* values = quantity ? valuesOf(component, *quantity) : nullptr;
+  const std::vector<double>* values = quantity ? history(component, *quantity) : nullptr;
   if (!quantity) {
     platform::consoleLine("Error in " + std::string(owner_) +
                           (force ? "::realForcesTimesteps" : "::realMomentsTimesteps") +

@@ -46,13 +46,15 @@ class ComponentHistories {
   // Number of converged series of each component (9 in an unsteady run).
   int convergedSeriesCount(Component component) const;
 
+  // The values behind a quantity of the force or moment table: the history
+  // of a plain quantity, the converged series of a "Dyn" quantity; null for
+  // a quantity without either.
+  const std::vector<double>* history(Component component, int quantity) const;
+
  private:
   using Histories = std::array<std::vector<double>, kComponentFiles>;
   using SeriesMap = std::array<int, kMomentNames.size()>;
 
-  // The stored values behind a quantity of the table: its history, its
-  // converged series, or nothing.
-  const std::vector<double>* valuesOf(Component component, int quantity) const;
   double getElement(Component component, std::string_view operation, std::string_view name,
                     long long element) const;
   double getConv(Component component, int quantity, long long step) const;

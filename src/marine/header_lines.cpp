@@ -14,7 +14,7 @@ std::string_view firstWordOf(std::string_view line) {
 
 }  // namespace
 
-HeaderLines HeaderLines::ofFile(const std::string& path, bool& opened) {
+HeaderLines HeaderLines::ofFile(const std::string& path, bool stopAtFirstRow, bool& opened) {
   std::vector<std::string> lines;
   int depth = 0;
   fileformat::AppendedLines file(path);
@@ -22,7 +22,7 @@ HeaderLines HeaderLines::ofFile(const std::string& path, bool& opened) {
     const std::string_view line = fileformat::trim(raw);
     const std::string_view word = firstWordOf(line);
     if (word == "#QV_BEGIN") ++depth;
-    if (depth == 0 && !line.empty() && !line.starts_with("#")) return false;
+    if (stopAtFirstRow && depth == 0 && !line.empty() && !line.starts_with("#")) return false;
     if (word == "#QV_END" && depth > 0) --depth;
     lines.emplace_back(line);
     return true;

@@ -12,11 +12,11 @@ class HeaderLines {
  public:
   explicit HeaderLines(std::vector<std::string> lines) : lines_(std::move(lines)) {}
 
-  // The header of a keyword-block file: its lines up to (not including) the
-  // first that is neither empty, nor a comment or keyword line starting
-  // with '#', nor inside a "#QV_BEGIN" ... "#QV_END" block. Empty when the
-  // file cannot be read.
-  static HeaderLines ofFile(const std::string& path, bool& opened);
+  // The lines of a keyword-block file. With `stopAtFirstRow`, only its
+  // header: the lines up to (not including) the first that is neither empty,
+  // nor a comment or keyword line starting with '#', nor inside a
+  // "#QV_BEGIN" ... "#QV_END" block. Empty when the file cannot be read.
+  static HeaderLines ofFile(const std::string& path, bool stopAtFirstRow, bool& opened);
 
   bool atEnd() const { return position_ >= lines_.size(); }
   // The current line, without surrounding blanks.

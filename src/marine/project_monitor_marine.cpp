@@ -50,8 +50,10 @@ bool ProjectMonitorMarine::load() {
 
 void ProjectMonitorMarine::readBodyBlocks(const std::string& path, std::vector<BodyObject>& bodies,
                                           bool needsMode, const char* label) {
+  // The force file's blocks stand in its header; the body description is
+  // nothing but blocks.
   bool opened = false;
-  HeaderLines lines = HeaderLines::ofFile(path, opened);
+  HeaderLines lines = HeaderLines::ofFile(path, needsMode, opened);
   while (!lines.atEnd()) {
     const std::string_view keyword = lines.keyword();
     lines.advance();
@@ -180,6 +182,7 @@ std::size_t ProjectMonitorMarine::contentSize() const {
   std::size_t size = resFile_.recordCount();
   for (const BodyObject& body : bodies()) size += body.times().size() + body.convergedTimes().size();
   for (const BodyObject& body : motionBodies_) size += body.motion().rowCount();
+  for (const ComponentFile& file : componentFiles_) size += file.rowsRead();
   for (int d = 0; d < actuatorDisks_.diskCount(); ++d) size += static_cast<std::size_t>(actuatorDisks_.disk(d).stepCount());
   return size;
 }

@@ -102,6 +102,9 @@ bool ResFileMarine::readHeader() {
 }
 
 bool ResFileMarine::takeRow(std::string_view line) {
+  // A columns line that arrives after the rest of the header still counts,
+  // as long as no row was read under the old one.
+  if (line.starts_with("#COLUMNS") && recordCount() == 0) return takeHeaderLine(line);
   if (line.starts_with("#") || fileformat::trim(line).empty()) return true;
   fileformat::TokenStream tokens(line, fileformat::TokenStream::MissingReal::quiet);
   std::int32_t iteration = 0;
@@ -112,13 +115,13 @@ bool ResFileMarine::takeRow(std::string_view line) {
   }
   const std::size_t held = values_.size();
   values_.resize(held + residualCount_);
-  std::string_view token;
   for (std::size_t r = 0; r < residualCount_; ++r) {
-    if (!tokens.next(token)) {
+    float value = 0.0f;
+    if (!tokens.readReal(value)) {
       values_.resize(held);
       return true;
     }
-    values_[held + r] = fileformat::isNonFiniteToken(token) ? 1.0 : fileformat::tokenReal(token);
+    values_[held + r] = value;
   }
   iterations_.push_back(iteration);
   return true;
