@@ -49,13 +49,9 @@ void MarineVarsProvider::rebuild() {
     byName_.emplace(name, entries_.size());
     entries_.push_back({std::move(name), series});
   };
-  for (const BodyObject& body : project_.bodies()) {
-    for (const BodyObject& moving : project_.motionBodies()) {
-      if (moving.name() != body.name()) continue;
-      const auto& columns = moving.motion().columnNames();
-      for (std::size_t c = 0; c < columns.size(); ++c) add(columns[c] + "_" + body.name(), &moving.motion().values(c));
-      break;
-    }
+  for (const BodyObject* body : project_.motionBodies()) {
+    const auto& columns = body->motion().columnNames();
+    for (std::size_t c = 0; c < columns.size(); ++c) add(columns[c] + "_" + body->name(), &body->motion().values(c));
   }
   for (const Component component : {Component::force, Component::moment}) {
     const auto& names = component == Component::force ? std::vector<std::string_view>(marine::kForceNames.begin(), marine::kForceNames.end())

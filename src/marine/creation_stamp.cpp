@@ -1,9 +1,10 @@
 #include "marine/creation_stamp.h"
 
 #include <array>
+#include <filesystem>
+#include <fstream>
 #include <limits>
 
-#include "fileformat/appended_lines.h"
 #include "fileformat/number_text.h"
 #include "platform/console.h"
 
@@ -33,17 +34,21 @@ bool isLeapYear(long year) { return (year % 4 == 0 && year % 100 != 0) || year %
 }  // namespace
 
 std::string readResCreationDate(const std::string& residualPath) {
-  fileformat::AppendedLines file(residualPath);
-  std::string stamp;
-  const auto status = file.read([&stamp](std::string_view line) {
-    if (!line.starts_with("#") || !stamp.empty()) return false;
-    if (line.starts_with(kStampKeyword)) stamp = line.substr(kStampKeyword.size());
-    return true;
-  });
-  if (status == fileformat::AppendedLines::Status::missing) {
+  // Only the leading comment lines are read: the check runs at every refresh
+  // and must not grow with the history below them.
+  std::ifstream in(residualPath, std::ios::binary);
+  if (!in || std::filesystem::is_directory(residualPath)) {
     platform::consoleLine("Error in readResCreationDate! Could not read '" + residualPath + "'.");
+    return {};
   }
-  return stamp;
+  std::string line;
+  // A line without its line feed is still being written.
+  while (std::getline(in, line) && !in.eof() && line.starts_with("#")) {
+    if (!line.starts_with(kStampKeyword)) continue;
+    if (line.ends_with('\r')) line.pop_back();
+    return line.substr(kStampKeyword.size());
+  }
+  return {};
 }
 
 std::optional<long> julianDay(int day, int month, int year) {

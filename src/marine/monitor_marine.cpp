@@ -23,7 +23,6 @@ MonitorMarine::MonitorMarine(const std::vector<std::string>& arguments, const st
     if (arguments[i] != "-startupdir") continue;
     platform::consoleLine("change directory to " + arguments[i + 1]);
     platform::changeDirectory(arguments[i + 1]);
-    break;
   }
 }
 

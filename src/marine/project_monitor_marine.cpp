@@ -88,7 +88,7 @@ void ProjectMonitorMarine::readBodyBlocks(const std::string& path, std::vector<B
 bool ProjectMonitorMarine::detectBodies() {
   trueBodies_.clear();
   fallbackBodies_.clear();
-  motionBodies_.clear();
+  motionBodyIndexes_.clear();
   modeKnown_ = false;
   unsteady_ = false;
 
@@ -118,11 +118,12 @@ bool ProjectMonitorMarine::detectBodies() {
   }
   for (BodyObject& body : bodies()) body.setRunMode(unsteady_);
 
-  for (const BodyObject& body : bodies()) {
+  for (std::size_t b = 0; b < bodies().size(); ++b) {
+    const std::string& name = bodies()[b].name();
     std::error_code error;
-    if (!std::filesystem::is_regular_file(folder_ + "Mvt_" + body.name() + ".dat", error)) continue;
-    platform::consoleLine("Found Mvt body: " + body.name());
-    motionBodies_.push_back(body);
+    if (!std::filesystem::is_regular_file(folder_ + "Mvt_" + name + ".dat", error)) continue;
+    platform::consoleLine("Found Mvt body: " + name);
+    motionBodyIndexes_.push_back(b);
   }
   return true;
 }
@@ -140,8 +141,11 @@ bool ProjectMonitorMarine::readStructure() {
   }
   for (ComponentFile& file : componentFiles_) file.readHeader(bodies());
 
-  if (motionBodies_.empty()) platform::consoleLine("Body Motion List is empty");
-  for (BodyObject& body : motionBodies_) body.motion().open(folder_ + "Mvt_" + body.name() + ".dat");
+  if (motionBodyIndexes_.empty()) platform::consoleLine("Body Motion List is empty");
+  for (const std::size_t b : motionBodyIndexes_) {
+    BodyObject& body = bodies()[b];
+    body.motion().open(folder_ + "Mvt_" + body.name() + ".dat");
+  }
   return true;
 }
 
@@ -162,7 +166,7 @@ void ProjectMonitorMarine::reinitialise() {
   resFile_.restart();
   trueBodies_.clear();
   fallbackBodies_.clear();
-  motionBodies_.clear();
+  motionBodyIndexes_.clear();
   componentFiles_.clear();
   loaded_ = false;
   if (!detectBodies()) {
@@ -181,10 +185,16 @@ void ProjectMonitorMarine::reinitialise() {
 std::size_t ProjectMonitorMarine::contentSize() const {
   std::size_t size = resFile_.recordCount();
   for (const BodyObject& body : bodies()) size += body.times().size() + body.convergedTimes().size();
-  for (const BodyObject& body : motionBodies_) size += body.motion().rowCount();
+  for (const BodyObject* body : motionBodies()) size += body->motion().rowCount();
   for (const ComponentFile& file : componentFiles_) size += file.rowsRead();
   for (int d = 0; d < actuatorDisks_.diskCount(); ++d) size += static_cast<std::size_t>(actuatorDisks_.disk(d).stepCount());
   return size;
+}
+
+std::vector<const BodyObject*> ProjectMonitorMarine::motionBodies() const {
+  std::vector<const BodyObject*> moving;
+  for (const std::size_t b : motionBodyIndexes_) moving.push_back(&bodies()[b]);
+  return moving;
 }
 
 ProjectMonitorMarine::Refresh ProjectMonitorMarine::refresh() {
@@ -214,8 +224,8 @@ ProjectMonitorMarine::Refresh ProjectMonitorMarine::refresh() {
       }
     }
   }
-  for (BodyObject& body : motionBodies_) {
-    if (!body.motion().update()) {
+  for (const std::size_t b : motionBodyIndexes_) {
+    if (!bodies()[b].motion().update()) {
       result.succeeded = false;
       break;
     }

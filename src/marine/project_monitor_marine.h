@@ -47,8 +47,8 @@ class ProjectMonitorMarine {
   // bodies of eff_Fx.dat when it describes none.
   std::vector<BodyObject>& bodies() { return usingFallback_ ? fallbackBodies_ : trueBodies_; }
   const std::vector<BodyObject>& bodies() const { return usingFallback_ ? fallbackBodies_ : trueBodies_; }
-  std::vector<BodyObject>& motionBodies() { return motionBodies_; }
-  const std::vector<BodyObject>& motionBodies() const { return motionBodies_; }
+  // The bodies in use that move (have a motion file), in body order.
+  std::vector<const BodyObject*> motionBodies() const;
   const ActuatorDiskTable& actuatorDisks() const { return actuatorDisks_; }
   // The 9 force files, then the 9 moment files.
   const std::vector<ComponentFile>& componentFiles() const { return componentFiles_; }
@@ -70,7 +70,7 @@ class ProjectMonitorMarine {
   ResFileMarine resFile_;
   std::vector<BodyObject> trueBodies_;
   std::vector<BodyObject> fallbackBodies_;
-  std::vector<BodyObject> motionBodies_;
+  std::vector<std::size_t> motionBodyIndexes_;  // into bodies()
   bool usingFallback_ = false;
   bool unsteady_ = false;
   bool modeKnown_ = false;

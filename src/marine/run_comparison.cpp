@@ -12,11 +12,11 @@ bool sameResiduals(const ResFileMarine& first, const ResFileMarine& second) {
   return true;
 }
 
-bool sameMotions(const std::vector<BodyObject>& first, const std::vector<BodyObject>& second) {
+bool sameMotions(const std::vector<const BodyObject*>& first, const std::vector<const BodyObject*>& second) {
   if (first.size() != second.size()) return false;
   for (std::size_t b = 0; b < first.size(); ++b) {
-    if (first[b].name() != second[b].name() ||
-        first[b].motion().columnNames() != second[b].motion().columnNames()) {
+    if (first[b]->name() != second[b]->name() ||
+        first[b]->motion().columnNames() != second[b]->motion().columnNames()) {
       return false;
     }
   }

@@ -73,7 +73,7 @@ class MarineCaseWriterTest : public testing::Test {
     Counts counts{
         project.resFile().recordCount(), hull.realForcesTimesteps("Fx"),
         project.unsteady() ? hull.getForceConvLength(1) : 0,
-        project.motionBodies().empty() ? 0 : project.motionBodies()[0].motion().rowCount(),
+        project.motionBodies().empty() ? 0 : project.motionBodies()[0]->motion().rowCount(),
         project.actuatorDisks().diskCount() == 0 ? 0 : project.actuatorDisks().disk(0).stepCount()};
     const auto expectSameRows = [&](const marine::ComponentHistories& owner,
                                     const std::string& name) {
@@ -155,8 +155,8 @@ TEST_F(MarineCaseWriterTest, TheDefaultUnsteadyCaseLoadsWhole) {
   EXPECT_NEAR(hull.getForce("Fx", 59), hull.getForce("FxP", 59) + hull.getForce("FxV", 59), 1e-2);
 
   ASSERT_EQ(project.motionBodies().size(), 1u);
-  EXPECT_EQ(project.motionBodies()[0].name(), "hull");
-  EXPECT_EQ(project.motionBodies()[0].motion().columnNames(),
+  EXPECT_EQ(project.motionBodies()[0]->name(), "hull");
+  EXPECT_EQ(project.motionBodies()[0]->motion().columnNames(),
             (std::vector<std::string>{"X", "Y", "Z", "PHI", "THETA", "PSI"}));
   ASSERT_EQ(project.actuatorDisks().diskCount(), 2);
   EXPECT_EQ(project.actuatorDisks().disk(1).quantityName(0), "Thrust");

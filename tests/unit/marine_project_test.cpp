@@ -146,7 +146,7 @@ TEST_F(MarineProject, LoadWithBodyDescriptionAndMotionBody) {
   EXPECT_EQ(project.bodies()[0].subBody(0).name(), "keel");
   EXPECT_EQ(project.bodies()[2].name(), "skeg");
   ASSERT_EQ(project.motionBodies().size(), 1u);
-  EXPECT_EQ(project.motionBodies()[0].name(), "hull");
+  EXPECT_EQ(project.motionBodies()[0]->name(), "hull");
   // Nothing of the rows yet: they come with the refreshes.
   EXPECT_EQ(project.resFile().recordCount(), 0u);
   EXPECT_EQ(project.bodies()[0].realForcesTimesteps("Fx"), 0);
@@ -194,8 +194,8 @@ TEST_F(MarineProject, FirstRefreshDistributesEveryFile) {
   EXPECT_EQ(hull.convergedTimes(), Doubles{0.05});
 
   ASSERT_EQ(project.motionBodies().size(), 1u);
-  EXPECT_EQ(project.motionBodies()[0].motion().times(), (Doubles{0.0, 0.05}));
-  EXPECT_EQ(project.motionBodies()[0].motion().values(1), (Doubles{0.25, 0.375}));
+  EXPECT_EQ(project.motionBodies()[0]->motion().times(), (Doubles{0.0, 0.05}));
+  EXPECT_EQ(project.motionBodies()[0]->motion().values(1), (Doubles{0.25, 0.375}));
   EXPECT_EQ(project.actuatorDisks().diskCount(), 2);
   EXPECT_EQ(project.actuatorDisks().disk(1).value(0, 0), 2.5);
 }

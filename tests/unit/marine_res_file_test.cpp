@@ -231,6 +231,19 @@ TEST_F(MarineResFile, RowsCutAtEveryByteAreEachReadOnce) {
   }
 }
 
+TEST_F(MarineResFile, HeaderCutAtEveryByteStillGivesEveryRow) {
+  const std::string text = kSteadyHeader + kSteadyRows;
+  for (std::size_t cut = 0; cut <= kSteadyHeader.size(); ++cut) {
+    write(text.substr(0, cut));
+    ResFileMarine file(path_);
+    ConsoleCapture console;  // a header without its mode yet is reported
+    file.update();
+    append(text.substr(cut));
+    file.update();
+    expectRecords(file, kSteadyRecords, "cut at " + std::to_string(cut));
+  }
+}
+
 TEST_F(MarineResFile, RowsAppendedOneByteAtATime) {
   write(kSteadyHeader);
   ResFileMarine file(path_);
