@@ -45,7 +45,15 @@ bool ProjectMonitorMarine::load() {
   stampText_ = readResCreationDate(path_);
   stampTime_ = stampTime(stampText_);
   loaded_ = true;
+  extraQuantities_.reset(folder_);
+  updateDerived(true);
   return true;
+}
+
+void ProjectMonitorMarine::updateDerived(bool fromScratch) {
+  extraQuantities_.update();
+  variables_.rebuild();
+  customPlots_.update(fromScratch);
 }
 
 void ProjectMonitorMarine::readBodyBlocks(const std::string& path, std::vector<BodyObject>& bodies,
@@ -178,6 +186,7 @@ void ProjectMonitorMarine::reinitialise() {
   }
   std::fill(currentIterations_.begin(), currentIterations_.end(), 0);
   actuatorDisks_.reset(folder_);
+  extraQuantities_.reset(folder_);
   stampText_ = readResCreationDate(path_);
   stampTime_ = stampTime(stampText_);
 }
@@ -187,6 +196,7 @@ std::size_t ProjectMonitorMarine::contentSize() const {
   for (const BodyObject& body : bodies()) size += body.times().size() + body.convergedTimes().size();
   for (const BodyObject* body : motionBodies()) size += body->motion().rowCount();
   for (const ComponentFile& file : componentFiles_) size += file.rowsRead();
+  for (const ExtraQuantity& quantity : extraQuantities_.quantities()) size += quantity.values.size();
   for (int d = 0; d < actuatorDisks_.diskCount(); ++d) size += static_cast<std::size_t>(actuatorDisks_.disk(d).stepCount());
   return size;
 }
@@ -204,12 +214,14 @@ ProjectMonitorMarine::Refresh ProjectMonitorMarine::refresh() {
     if (!loaded_) return result;
   }
   const std::size_t before = contentSize();
-  if (checkRunConsistency()) result.changed = true;
+  bool reloaded = checkRunConsistency();
+  if (reloaded) result.changed = true;
   if (!loaded_) return result;
 
   result.succeeded = true;
   if (resFile_.update() == 2) {
     reinitialise();
+    reloaded = true;
     result.changed = true;
     if (!loaded_) return {false, true};
     resFile_.update();
@@ -220,6 +232,7 @@ ProjectMonitorMarine::Refresh ProjectMonitorMarine::refresh() {
       if (file.update(bodies(), f == 0) == ComponentFile::Status::rewritten) {
         // The solver started over without a new stamp: read the new run.
         reinitialise();
+        updateDerived(true);
         return {loaded_, true};
       }
     }
@@ -231,6 +244,7 @@ ProjectMonitorMarine::Refresh ProjectMonitorMarine::refresh() {
     }
   }
   actuatorDisks_.update();
+  updateDerived(reloaded);
   if (contentSize() != before) result.changed = true;
   return result;
 }

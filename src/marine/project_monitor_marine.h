@@ -10,8 +10,11 @@
 #include <string>
 #include <vector>
 
+#include "formula/marine_vars_provider.h"
 #include "marine/actuator_disks.h"
 #include "marine/body_object.h"
+#include "marine/commands/custom_plots.h"
+#include "marine/commands/extra_quantities.h"
 #include "marine/component_file.h"
 #include "marine/res_file_marine.h"
 
@@ -23,6 +26,8 @@ class ProjectMonitorMarine {
   static constexpr std::size_t kCurrentIterationSlots = kResidualNames.size() + kForceNames.size() + kMomentNames.size();
 
   explicit ProjectMonitorMarine(std::string residualPath);
+  ProjectMonitorMarine(const ProjectMonitorMarine&) = delete;
+  ProjectMonitorMarine& operator=(const ProjectMonitorMarine&) = delete;
 
   // Loads the computation, printing its progress. False when the residual
   // file, the force file eff_Fx.dat or the residual header cannot be read
@@ -54,6 +59,9 @@ class ProjectMonitorMarine {
   const std::vector<ComponentFile>& componentFiles() const { return componentFiles_; }
   std::vector<int>& currentIterations() { return currentIterations_; }
   const std::string& creationStamp() const { return stampText_; }
+  ExtraQuantities& extraQuantities() { return extraQuantities_; }
+  CustomPlots& customPlots() { return customPlots_; }
+  const formula::MarineVarsProvider& variables() const { return variables_; }
 
  private:
   bool detectBodies();
@@ -64,6 +72,8 @@ class ProjectMonitorMarine {
   bool checkRunConsistency();
   // A number that changes whenever something is read.
   std::size_t contentSize() const;
+  // Brings what is computed from the histories up to date.
+  void updateDerived(bool fromScratch);
 
   std::string path_;
   std::string folder_;
@@ -80,6 +90,9 @@ class ProjectMonitorMarine {
   std::string stampText_;
   std::optional<std::time_t> stampTime_;
   bool loaded_ = false;
+  ExtraQuantities extraQuantities_;
+  formula::MarineVarsProvider variables_{*this};
+  CustomPlots customPlots_{variables_};
 };
 
 }  // namespace marine
