@@ -8,7 +8,7 @@
 #   PREFIX     installation prefix, default ~/talvik
 #
 # The monitor opens the example cases of examples/ when the repository has
-# them: examples/turbomachinery/*.res in turbomachinery mode, the folder
+# them: examples/turbo/*.res in turbomachinery mode, the folder
 # examples/marine as the working folder in marine mode. Without a display it
 # runs under xvfb-run and quits by itself after MONITOR_AUTO_QUIT_MS
 # milliseconds (default 10000).
@@ -42,7 +42,7 @@ if [[ $mode == marine ]]; then
 else
   program=$prefix/dune71/bin/monitor
   shopt -s nullglob
-  cases=("$examples"/turbomachinery/*.res)
+  cases=("$examples"/turbo/*.res)
   shopt -u nullglob
   monitor_arguments=("${cases[@]}" "${monitor_arguments[@]}")
 fi
