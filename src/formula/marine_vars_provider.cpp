@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "marine/project_monitor_marine.h"
+#include "marine/project_quantities.h"
 
 namespace formula {
 namespace {
@@ -13,17 +14,6 @@ using marine::ComponentHistories;
 using marine::ProjectMonitorMarine;
 
 constexpr double kMissing = std::numeric_limits<double>::quiet_NaN();
-
-// Whether the run writes a quantity: its file was read, and for a "Dyn"
-// quantity the run is unsteady.
-bool quantityPresent(const ProjectMonitorMarine& project, Component component, int quantity) {
-  if (quantity < 0 || quantity >= 18) return false;
-  const std::size_t file = static_cast<std::size_t>(quantity / 2) +
-                           (component == Component::moment ? marine::kComponentFiles : 0);
-  const auto& files = project.componentFiles();
-  if (file >= files.size() || !files[file].present()) return false;
-  return quantity % 2 == 0 || project.unsteady();
-}
 
 // The object a variable names: the first body of that name, else the last
 // sub-body of that name among all bodies.
@@ -59,7 +49,7 @@ void MarineVarsProvider::rebuild() {
     const auto addObject = [&](const std::string& objectName) {
       const ComponentHistories* object = objectNamed(project_, objectName);
       for (std::size_t q = 0; q < names.size(); ++q) {
-        if (!quantityPresent(project_, component, static_cast<int>(q))) continue;
+        if (!marine::quantityPresent(project_, component, static_cast<int>(q))) continue;
         add(std::string(names[q]) + "_" + objectName,
             object == nullptr ? nullptr : object->history(component, static_cast<int>(q)));
       }

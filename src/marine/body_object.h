@@ -67,6 +67,10 @@ class BodyObject : public ComponentHistories {
 
   MotionHistory& motion() { return motion_; }
   const MotionHistory& motion() const { return motion_; }
+  // Whether the body moves: it has a motion file.
+  bool usesMotions() const { return motion_.isOpen(); }
+  // The scripts' current position on each motion of the body.
+  CurrentIterations& currentMotionIterations() { return currentMotions_; }
 
  private:
   std::string name_ = "undefined";
@@ -77,6 +81,7 @@ class BodyObject : public ComponentHistories {
   std::vector<std::int32_t> iterations_;
   std::vector<double> convergedTimes_;
   MotionHistory motion_;
+  CurrentIterations currentMotions_;
 };
 
 }  // namespace marine

@@ -17,10 +17,13 @@ void ComponentHistories::setConvergedSeries(bool unsteady) {
   forceSeries_.clear();
   momentSeries_.clear();
   if (!unsteady) return;
-  // The "Dyn" quantity of file k is quantity 2k + 1 and has series k.
+  // File k's converged rows form series k: the convergence history of its
+  // quantity 2k and the values of its per-time-step quantity 2k + 1.
   for (int file = 0; file < kComponentFiles; ++file) {
-    forceSeriesOf_[static_cast<std::size_t>(2 * file + 1)] = file;
-    momentSeriesOf_[static_cast<std::size_t>(2 * file + 1)] = file;
+    for (const int quantity : {2 * file, 2 * file + 1}) {
+      forceSeriesOf_[static_cast<std::size_t>(quantity)] = file;
+      momentSeriesOf_[static_cast<std::size_t>(quantity)] = file;
+    }
   }
   forceSeries_.resize(kComponentFiles);
   momentSeries_.resize(kComponentFiles);

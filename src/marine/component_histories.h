@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "marine/current_iterations.h"
 #include "marine/marine_names.h"
 
 namespace marine {
@@ -51,6 +52,11 @@ class ComponentHistories {
   // a quantity without either.
   const std::vector<double>* history(Component component, int quantity) const;
 
+  // The scripts' current position on each force or moment quantity.
+  CurrentIterations& currentIterations(Component component) {
+    return component == Component::force ? currentForces_ : currentMoments_;
+  }
+
  private:
   using Histories = std::array<std::vector<double>, kComponentFiles>;
   using SeriesMap = std::array<int, kMomentNames.size()>;
@@ -69,6 +75,8 @@ class ComponentHistories {
   std::vector<std::vector<double>> momentSeries_;
   SeriesMap forceSeriesOf_;
   SeriesMap momentSeriesOf_;
+  CurrentIterations currentForces_;
+  CurrentIterations currentMoments_;
 };
 
 }  // namespace marine

@@ -53,4 +53,12 @@ bool MonitorMarine::removeProject(const std::string& path) {
   return false;
 }
 
+bool MonitorMarine::refreshAll() {
+  bool changed = false;
+  for (const auto& project : projects_) {
+    if (project->refresh().changed) changed = true;
+  }
+  return changed;
+}
+
 }  // namespace marine

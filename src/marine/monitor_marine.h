@@ -34,6 +34,14 @@ class MonitorMarine {
   // Removes the project loaded under this path; false when none is.
   bool removeProject(const std::string& path);
   void removeAllProjects() { projects_.clear(); }
+  // Refreshes every project; true when any of them reported a change.
+  bool refreshAll();
+
+  // The scripts' current project (a position in projects()) and a second
+  // current index kept beside it; both go back to 0 when the scripts remove
+  // projects by path.
+  int currentProject = 0;
+  int currentBlock = 0;
 
  private:
   Preferences preferences_;
