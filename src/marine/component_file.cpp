@@ -1,6 +1,7 @@
 #include "marine/component_file.h"
 
 #include <algorithm>
+#include <filesystem>
 
 #include "fileformat/line_helpers.h"
 #include "fileformat/token_stream.h"
@@ -124,6 +125,17 @@ bool ComponentFile::takeRow(std::string_view line, std::vector<BodyObject>& bodi
     platform::consoleLine("Wrong eff file format, cannot read force value");
     return true;
   }
+  if (rowsRead_ == 0 && bytesAhead_ != 0) {
+    const std::size_t rows = static_cast<std::size_t>(bytesAhead_ / (line.size() + 1)) * 21 / 20 + 16;
+    for (const Target& target : columns_) {
+      if (target.body < 0) continue;
+      BodyObject& body = bodies[static_cast<std::size_t>(target.body)];
+      ComponentHistories& owner = target.subBody < 0 ? static_cast<ComponentHistories&>(body)
+                                                      : body.subBody(static_cast<std::size_t>(target.subBody));
+      owner.reserve(component_, target.index, rows);
+    }
+    if (reference) for (BodyObject& body : bodies) body.reserveRows(rows);
+  }
   ++rowsRead_;
   if (reference) {
     for (BodyObject& body : bodies) {
@@ -151,6 +163,11 @@ bool ComponentFile::takeRow(std::string_view line, std::vector<BodyObject>& bodi
 
 ComponentFile::Status ComponentFile::update(std::vector<BodyObject>& bodies, bool reference) {
   if (!headerDone_ && !readHeader(bodies, false)) return Status::missing;
+  if (rowsRead_ == 0) {
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(path(), error);
+    bytesAhead_ = error || size < lines_.offset() ? 0 : size - lines_.offset();
+  }
   const auto status =
       lines_.read([&](std::string_view line) { return takeRow(line, bodies, reference); });
   switch (status) {

@@ -76,6 +76,7 @@ class ComponentFile {
   bool sawNames_ = false;
   std::vector<Target> columns_;
   std::size_t rowsRead_ = 0;
+  std::uint64_t bytesAhead_ = 0;
 };
 
 }  // namespace marine

@@ -30,6 +30,10 @@ class ComponentHistories {
   // history `index`; a converged row (negative time) feeds converged series
   // `index`. False (with a message) for an index outside them.
   bool store(Component component, double time, int index, double value);
+  void reserve(Component component, int index, std::size_t count) {
+    if (index < 0 || index >= kComponentFiles) return;
+    (component == Component::force ? forces_ : moments_)[static_cast<std::size_t>(index)].reserve(count);
+  }
 
   // One element of the history of a named quantity ("Fx", or "FxDyn" for the
   // converged series); 0 with a message for an unknown name or element.

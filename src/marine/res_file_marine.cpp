@@ -1,5 +1,6 @@
 #include "marine/res_file_marine.h"
 
+#include <filesystem>
 #include <fstream>
 
 #include "fileformat/line_helpers.h"
@@ -113,6 +114,11 @@ bool ResFileMarine::takeRow(std::string_view line) {
   for (int i = 0; i < skipCount_; ++i) {
     if (!tokens.readReal(skipped)) return true;  // a damaged row: not a record
   }
+  if (iterations_.empty() && bytesAhead_ != 0) {
+    const std::size_t rows = static_cast<std::size_t>(bytesAhead_ / (line.size() + 1)) * 21 / 20 + 16;
+    iterations_.reserve(rows);
+    values_.reserve(rows * residualCount_);
+  }
   const std::size_t held = values_.size();
   values_.resize(held + residualCount_);
   for (std::size_t r = 0; r < residualCount_; ++r) {
@@ -130,6 +136,11 @@ bool ResFileMarine::takeRow(std::string_view line) {
 int ResFileMarine::update() {
   if (!headerRead_ && !readHeader()) return 0;
   const std::size_t before = recordCount();
+  if (before == 0) {
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(path(), error);
+    bytesAhead_ = error || size < lines_.offset() ? 0 : size - lines_.offset();
+  }
   const auto status = lines_.read([this](std::string_view line) { return takeRow(line); });
   if (status == fileformat::AppendedLines::Status::rewritten) return 2;
   return recordCount() > before ? 1 : 0;

@@ -105,6 +105,7 @@ class ResFileMarine : public QVfile {
 
   std::vector<std::int32_t> iterations_;
   std::vector<double> values_;  // residualCount_ per record
+  std::uint64_t bytesAhead_ = 0;
 };
 
 }  // namespace marine
