@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -255,6 +256,31 @@ TEST_F(MarineCaseWriterTest, AnAppendInTwoPiecesWritesTheSameFilesAsAWholeOne) {
   // The residual file, the body description, 18 force and moment files, the
   // hull's motion, the disks and the user quantities.
   EXPECT_EQ(files, 23);
+}
+
+TEST_F(MarineCaseWriterTest, AResumedRunCompletesItsHalfWrittenLinesAndGoesOn) {
+  written(defaultCaseSetup(folder_ / "whole"), 13);
+  {
+    // Iteration 10 completes time step 2: every file holds half a line.
+    MarineCaseWriter cut(defaultCaseSetup(folder_ / "resumed"));
+    cut.writeHeaders();
+    for (int i = 0; i < 10; ++i)
+      cut.appendIteration(i == 9 ? LineEnd::cutLastLine : LineEnd::whole);
+  }
+  MarineCaseWriter resumed(defaultCaseSetup(folder_ / "resumed"));
+  resumed.resume(10);
+  for (int i = 0; i < 3; ++i) resumed.appendIteration();
+  EXPECT_EQ(resumed.iterationsWritten(), 13);
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder_ / "whole")) {
+    EXPECT_EQ(contents(entry.path()), contents(folder_ / "resumed" / entry.path().filename()))
+        << entry.path().filename();
+  }
+
+  // Files of another run are not taken up.
+  CaseSetup other = defaultCaseSetup(folder_ / "resumed");
+  other.seed = 2;
+  MarineCaseWriter wrong(other);
+  EXPECT_THROW(wrong.resume(13), std::runtime_error);
 }
 
 TEST_F(MarineCaseWriterTest, TheSeedAloneDecidesTheNumbers) {

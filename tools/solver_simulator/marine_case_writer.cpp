@@ -42,6 +42,16 @@ MarineCaseWriter::MarineCaseWriter(CaseSetup setup)
   if (!setup_.userQuantities.empty()) userData_.emplace(setup_.folder / "user_data.csv");
 }
 
+template <typename Action>
+void MarineCaseWriter::forEachFile(Action action) {
+  action(residuals_);
+  action(bodyDescription_);
+  for (SolverOutputFile& file : loadFiles_) action(file);
+  for (SolverOutputFile& file : motionFiles_) action(file);
+  if (disks_) action(*disks_);
+  if (userData_) action(*userData_);
+}
+
 int MarineCaseWriter::timeStepsCompleted() const {
   return setup_.unsteady() ? iteration_ / setup_.iterationsPerTimeStep : iteration_;
 }
@@ -65,12 +75,15 @@ void MarineCaseWriter::restart(const RunStamp& stamp) {
   writeHeaders();
 }
 
+void MarineCaseWriter::resume(int iterations) {
+  forEachFile([](SolverOutputFile& file) { file.keepInMemory(); });
+  writeHeaders();
+  for (int i = 0; i < iterations; ++i) appendIteration();
+  forEachFile([](SolverOutputFile& file) { file.catchUp(); });
+}
+
 void MarineCaseWriter::completeLines() {
-  residuals_.completeLine();
-  for (SolverOutputFile& file : loadFiles_) file.completeLine();
-  for (SolverOutputFile& file : motionFiles_) file.completeLine();
-  if (disks_) disks_->completeLine();
-  if (userData_) userData_->completeLine();
+  forEachFile([](SolverOutputFile& file) { file.completeLine(); });
 }
 
 void MarineCaseWriter::appendIteration(LineEnd end) {

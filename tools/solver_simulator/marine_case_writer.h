@@ -42,6 +42,11 @@ class MarineCaseWriter {
   // Starts a new run of the case, stamped `stamp`: every file from its start,
   // iterations from 1 again, values that differ from the previous run's.
   void restart(const RunStamp& stamp);
+  // Takes up the run that an earlier writer of the same setup left after
+  // `iterations` iterations: writes the ends of the lines it left
+  // half-written, and goes on from there. Throws std::runtime_error when the
+  // files hold something else.
+  void resume(int iterations);
 
   const CaseSetup& setup() const { return setup_; }
   int iterationsWritten() const { return iteration_; }
@@ -50,6 +55,8 @@ class MarineCaseWriter {
  private:
   void appendLoadRows(const IterationPlace& place, LineEnd end);
   void appendStepRows(const IterationPlace& place, LineEnd end);
+  template <typename Action>
+  void forEachFile(Action action);
 
   CaseSetup setup_;
   int run_ = 0;

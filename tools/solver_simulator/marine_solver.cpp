@@ -34,8 +34,9 @@ std::string runSummary(const MarineCaseWriter& writer) {
   return text;
 }
 
-void appendIterations(MarineCaseWriter& writer, int count) {
-  for (int i = 0; i < count; ++i) writer.appendIteration();
+// With LineEnd::cutLastLine, the last of them leaves its lines half-written.
+void appendIterations(MarineCaseWriter& writer, int count, LineEnd last = LineEnd::whole) {
+  for (int i = 1; i <= count; ++i) writer.appendIteration(i == count ? last : LineEnd::whole);
 }
 
 // Appends one iteration every interval for the --live seconds; about one in
@@ -74,10 +75,18 @@ int run(const SolverOptions& options) {
   setup.seed = options.seed;
   setup.stamp = options.stamp.value_or(solver_simulator::RunStamp::now());
   MarineCaseWriter writer(setup);
-  writer.writeHeaders();
-  appendIterations(writer, options.iterations);
-  std::cout << "wrote " << setup.residualPath().string()
-            << " and the files beside it: " << runSummary(writer) << std::endl;
+  const LineEnd last = options.cut ? LineEnd::cutLastLine : LineEnd::whole;
+  if (options.append) {
+    writer.resume(options.iterations);
+    appendIterations(writer, *options.append, last);
+    std::cout << "appended " << *options.append << " iterations to "
+              << setup.residualPath().string() << ": " << runSummary(writer) << std::endl;
+  } else {
+    writer.writeHeaders();
+    appendIterations(writer, options.iterations, last);
+    std::cout << "wrote " << setup.residualPath().string()
+              << " and the files beside it: " << runSummary(writer) << std::endl;
+  }
 
   if (options.restart) {
     // Leave the first run on disk long enough for a watcher to see it.

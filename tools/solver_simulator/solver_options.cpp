@@ -14,8 +14,8 @@ bool readNumber(std::string_view text, Number& value) {
   return !text.empty() && result.ec == std::errc{} && result.ptr == end;
 }
 
-constexpr std::array<std::string_view, 7> kValueOptions = {
-    "--out", "--case", "--iterations", "--live", "--interval", "--seed", "--stamp"};
+constexpr std::array<std::string_view, 8> kValueOptions = {
+    "--out", "--case", "--iterations", "--append", "--live", "--interval", "--seed", "--stamp"};
 
 // Sets the option that takes `text` as its value; false for a bad value.
 bool setValueOption(std::string_view option, std::string_view text, SolverOptions& options) {
@@ -29,6 +29,10 @@ bool setValueOption(std::string_view option, std::string_view text, SolverOption
   }
   if (option == "--iterations") {
     return readNumber(text, options.iterations) && options.iterations >= 0;
+  }
+  if (option == "--append") {
+    options.append.emplace();
+    return readNumber(text, *options.append) && *options.append >= 0;
   }
   if (option == "--live") {
     return readNumber(text, options.liveSeconds) && options.liveSeconds >= 0.0;
@@ -45,8 +49,8 @@ bool setValueOption(std::string_view option, std::string_view text, SolverOption
 
 void printUsage(std::ostream& out) {
   out << "usage: marine_solver --out DIR [--case NAME] [--steady|--unsteady] [--iterations N]\n"
-         "                     [--live SECONDS] [--interval MS] [--restart] [--seed S] [--stamp "
-         "STAMP]\n"
+         "                     [--append M] [--cut] [--live SECONDS] [--interval MS] [--restart]\n"
+         "                     [--seed S] [--stamp STAMP]\n"
          "\n"
          "Writes a marine computation into DIR as the solver would: the residual history,\n"
          "the body description, the 18 force and moment files, the motion of the hull,\n"
@@ -57,6 +61,10 @@ void printUsage(std::ostream& out) {
          "  --steady          a steady run\n"
          "  --unsteady        an unsteady run, 5 iterations per time step (the default)\n"
          "  --iterations N    iterations written at once (default 60)\n"
+         "  --append M        take up the run on disk that the same options wrote (N\n"
+         "                    iterations) and append M iterations to it; the end of a\n"
+         "                    line that --cut left half-written comes first\n"
+         "  --cut             leave the lines of the last iteration written half-written\n"
          "  --restart         then start a new run over it: every file from its start,\n"
          "                    stamped a second later, with min(10, N) iterations\n"
          "  --live SECONDS    then keep appending an iteration every interval for that\n"
@@ -81,6 +89,8 @@ std::optional<SolverOptions> parseSolverOptions(std::span<const std::string_view
       options.mode = RunMode::unsteady;
     } else if (option == "--restart") {
       options.restart = true;
+    } else if (option == "--cut") {
+      options.cut = true;
     } else if (std::find(kValueOptions.begin(), kValueOptions.end(), option) ==
                kValueOptions.end()) {
       errors << "marine_solver: unknown option " << option << "\n";

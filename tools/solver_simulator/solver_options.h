@@ -19,6 +19,10 @@ struct SolverOptions {
   std::string caseName = "ship";
   RunMode mode = RunMode::unsteady;
   int iterations = 60;
+  // Iterations added to the run that --iterations describes, already on disk.
+  std::optional<int> append;
+  // The last iteration written leaves its last lines half-written.
+  bool cut = false;
   double liveSeconds = 0.0;
   int intervalMilliseconds = 500;
   bool restart = false;

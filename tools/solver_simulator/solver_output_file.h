@@ -2,6 +2,9 @@
 // when a run begins, then appended to. An append may hold back the end of
 // its last line, as a solver's buffered output reaches the disk in pieces;
 // what was held back is written before anything else.
+//
+// The writes may go to a copy in memory instead, to work out what an earlier
+// process wrote to the file (see keepInMemory and catchUp).
 #pragma once
 
 #include <filesystem>
@@ -27,11 +30,20 @@ class SolverOutputFile {
   // Writes what was held back.
   void completeLine();
 
+  // From now on the writes go to a copy in memory; the file is left alone.
+  void keepInMemory();
+  // Writes to the file again, after giving it what it lacks of the copy in
+  // memory (the end of a line that was left half-written). Throws
+  // std::runtime_error when the file does not begin with that copy.
+  void catchUp();
+
  private:
-  void write(std::string_view text, bool fromStart) const;
+  void write(std::string_view text, bool fromStart);
 
   std::filesystem::path path_;
   std::string heldBack_;
+  bool inMemory_ = false;
+  std::string memory_;
 };
 
 }  // namespace solver_simulator
