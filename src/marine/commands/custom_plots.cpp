@@ -1,5 +1,7 @@
 #include "marine/commands/custom_plots.h"
 
+#include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include "formula/functions.h"
@@ -76,6 +78,12 @@ bool CustomPlot::setFormula(const formula::QuantityDataProvider& provider, const
 
 void CustomPlot::update(const formula::QuantityDataProvider& provider, bool fromScratch) {
   if (fromScratch || static_cast<int>(points_.size()) > provider.GetPointsCount()) points_.clear();
+  // A point computed while one of its variables had no value there yet (a
+  // motion or per-time-step history grows more slowly than the force rows)
+  // reads NaN: compute it again, as the value may have arrived since.
+  const auto unsettled = std::find_if(points_.begin(), points_.end(),
+                                      [](const auto& point) { return std::isnan(point.second); });
+  points_.erase(unsettled, points_.end());
   computePlotPoints(provider, formula_, points_.size(), points_);
 }
 

@@ -27,8 +27,9 @@ class CustomPlot {
   // Computes the points of the new formula; keeps the formula only when they
   // could be computed (after a failure the plot has no points).
   bool setFormula(const formula::QuantityDataProvider& provider, const std::string& formula);
-  // Brings the points up to date: only the new points when `fromScratch` is
-  // false, all of them otherwise.
+  // Brings the points up to date: when `fromScratch` is false, only the new
+  // points and those from the first one that read NaN on; all of them
+  // otherwise.
   void update(const formula::QuantityDataProvider& provider, bool fromScratch);
 
  private:

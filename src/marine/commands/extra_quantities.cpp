@@ -1,7 +1,8 @@
 #include "marine/commands/extra_quantities.h"
 
+#include <charconv>
+
 #include "fileformat/line_helpers.h"
-#include "fileformat/number_text.h"
 #include "platform/console.h"
 
 namespace marine {
@@ -26,18 +27,21 @@ std::pair<std::string, std::string> splitTitle(std::string_view title) {
 }
 
 std::vector<double> readDataLine(std::string_view line, std::size_t count) {
-  // Numbers are taken one after the other as a stream would: a token that is
-  // not a number, or the junk after a number, ends the line.
+  // Numbers are taken one after the other as a stream reads them: each
+  // starts where the previous one stopped ("1-2" is 1 and -2), and the first
+  // text that is not a number ends the line.
   std::vector<double> values;
   std::size_t i = 0;
   while (values.size() < count) {
     while (i < line.size() && fileformat::isWhitespace(line[i])) ++i;
+    const std::size_t start = i;
+    if (i < line.size() && (line[i] == '+' || line[i] == '-')) ++i;
     double value = 0.0;
-    const std::size_t used = fileformat::parseLeadingDouble(line.substr(i), value);
-    if (used == 0) break;
-    values.push_back(value);
-    i += used;
-    if (i < line.size() && !fileformat::isWhitespace(line[i])) break;
+    const char* end = line.data() + line.size();
+    const auto [stop, error] = std::from_chars(line.data() + i, end, value);
+    if (stop == line.data() + i || error != std::errc{}) break;
+    values.push_back(start < line.size() && line[start] == '-' ? -value : value);
+    i = static_cast<std::size_t>(stop - line.data());
   }
   if (values.size() < count) {
     platform::consoleLine("Warning! Unfinished line '" + std::string(line) + ". Expected " +

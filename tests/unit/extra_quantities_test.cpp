@@ -1,0 +1,346 @@
+// The user quantities of "user_data.csv": titles split into name and unit,
+// data lines read (short ones padded with a warning), and a file that grows,
+// appears late or is written again, each of its lines stored exactly once.
+#include "marine/commands/extra_quantities.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <charconv>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "console_capture.h"
+#include "marine/project_monitor_marine.h"
+#include "solver_simulator/marine_case_writer.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using marine::ExtraQuantities;
+using marine::ExtraQuantity;
+using Doubles = std::vector<double>;
+
+TEST(ExtraQuantityTitle, SplitsIntoNameAndUnitDroppingTheCharacterBeforeTheBracket) {
+  const struct {
+    std::string_view title;
+    std::string name;
+    std::string unit;
+  } rows[] = {
+      {"Heave force [N]", "Heave force", "N"},
+      {"Pitch moment [N.m]", "Pitch moment", "N.m"},
+      {"Trim", "Trim", ""},
+      {"Froude number", "Froude number", ""},
+      {"Force[N]", "Forc", "N"},  // no blank before "[": the name loses its last letter
+      {"  Speed   [ m/s ]  ", "Speed", "m/s"},
+      {"Time [s] ", "Time", "s"},
+      {"Ratio []", "Ratio", ""},
+      {"A [b] [c]", "A", "b] [c"},  // the first "[" and the last "]"
+      {"x[]", "", ""},
+      {"[N] force", "[N] force", ""},  // a "[" first is no unit
+      {"Force ]N[", "Force ]N[", ""},  // nor a "]" before the "["
+      {"Force [N", "Force [N", ""},
+      {"Force N]", "Force N]", ""},
+      {"", "", ""},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(marine::splitTitle(row.title), std::make_pair(row.name, row.unit)) << row.title;
+  }
+}
+
+TEST(ExtraQuantityLine, ReadsTheExpectedCountPaddingAShortLineWithZeros) {
+  const struct {
+    std::string_view line;
+    std::size_t count;
+    Doubles values;
+    std::string console;
+  } rows[] = {
+      {"1 2 3", 3, {1, 2, 3}, ""},
+      {"1\t2\t3", 3, {1, 2, 3}, ""},
+      {"  0.05 \t 1520.3\t\t-4.5e-2  ", 3, {0.05, 1520.3, -0.045}, ""},
+      {"1 2 3 4 5", 3, {1, 2, 3}, ""},
+      {"7", 0, {}, ""},
+      {"1 2", 3, {1, 2, 0}, "Warning! Unfinished line '1 2. Expected 3 values in the line.\n"},
+      {"1\t2", 3, {1, 2, 0}, "Warning! Unfinished line '1\t2. Expected 3 values in the line.\n"},
+      {"", 2, {0, 0}, "Warning! Unfinished line '. Expected 2 values in the line.\n"},
+      {"1 abc 3", 3, {1, 0, 0}, "Warning! Unfinished line '1 abc 3. Expected 3 values in the line.\n"},
+      {"1,5 2", 2, {1, 0}, "Warning! Unfinished line '1,5 2. Expected 2 values in the line.\n"},
+      {"x", 1, {0}, "Warning! Unfinished line 'x. Expected 1 values in the line.\n"},
+  };
+  for (const auto& row : rows) {
+    const ConsoleCapture console;
+    EXPECT_EQ(marine::readDataLine(row.line, row.count), row.values) << row.line;
+    EXPECT_EQ(console.text(), row.console) << row.line;
+  }
+}
+
+class ExtraQuantitiesFile : public testing::Test {
+ protected:
+  ExtraQuantitiesFile() {
+    static int serial = 0;
+    folder_ = fs::temp_directory_path() /
+              ("extra_quantities_" + std::to_string(::getpid()) + "_" + std::to_string(++serial));
+    fs::create_directories(folder_);
+  }
+  ~ExtraQuantitiesFile() override { fs::remove_all(folder_); }
+
+  std::string folderText() const { return folder_.string() + "/"; }
+  fs::path file() const { return folder_ / "user_data.csv"; }
+
+  void write(std::string_view text) const {
+    std::ofstream out(file(), std::ios::binary | std::ios::trunc);
+    out << text;
+  }
+  void append(std::string_view text) const {
+    std::ofstream out(file(), std::ios::binary | std::ios::app);
+    out << text;
+  }
+
+  // Reads the folder's file afresh and answers what the console showed.
+  std::string readAfresh(ExtraQuantities& quantities) const {
+    const ConsoleCapture console;
+    quantities.reset(folderText());
+    quantities.update();
+    return console.text();
+  }
+
+  static std::string update(ExtraQuantities& quantities) {
+    const ConsoleCapture console;
+    quantities.update();
+    return console.text();
+  }
+
+  fs::path folder_;
+};
+
+// The titles and every value of each quantity, one line per quantity, the
+// values in their shortest exact form.
+std::string describe(const std::vector<ExtraQuantity>& quantities) {
+  std::string text;
+  for (const ExtraQuantity& quantity : quantities) {
+    text += quantity.name + " [" + quantity.unit + "]:";
+    for (const double value : quantity.values) {
+      char number[32];
+      text += ' ';
+      text.append(number, std::to_chars(number, number + sizeof number, value).ptr);
+    }
+    text += "\n";
+  }
+  return text;
+}
+
+constexpr std::string_view kThreeRows =
+    "Time [s]\tHeave force [N]\tTrim\n"
+    "0.05\t1520.3\t0.01\n"
+    "0.1\t1519.8\t0.02\n"
+    "0.15\t1519.5\t0.025\n";
+
+constexpr std::string_view kThreeRowsRead =
+    "Time [s]: 0.05 0.1 0.15\n"
+    "Heave force [N]: 1520.3 1519.8 1519.5\n"
+    "Trim []: 0.01 0.02 0.025\n";
+
+TEST_F(ExtraQuantitiesFile, ReadsTheTitlesAndOneValuePerDataLine) {
+  write(kThreeRows);
+  ExtraQuantities quantities;
+  EXPECT_EQ(readAfresh(quantities), "");
+  EXPECT_EQ(describe(quantities.quantities()), kThreeRowsRead);
+  for (const ExtraQuantity& quantity : quantities.quantities()) EXPECT_EQ(quantity.currentIteration, 0);
+}
+
+TEST_F(ExtraQuantitiesFile, CarriageReturnsAtLineEndsChangeNothing) {
+  std::string text;
+  for (const char c : kThreeRows) text += c == '\n' ? std::string("\r\n") : std::string(1, c);
+  write(text);
+  ExtraQuantities quantities;
+  EXPECT_EQ(readAfresh(quantities), "");
+  EXPECT_EQ(describe(quantities.quantities()), kThreeRowsRead);
+  EXPECT_EQ(quantities.quantities()[2].name, "Trim");
+}
+
+TEST_F(ExtraQuantitiesFile, AShortLineIsPaddedWithZerosAndExtraValuesAreIgnored) {
+  write("A\tB\tC\r\n1\t2\r\n4 5 6 7 8\n9\t10\t11\n");
+  ExtraQuantities quantities;
+  EXPECT_EQ(readAfresh(quantities), "Warning! Unfinished line '1\t2. Expected 3 values in the line.\n");
+  EXPECT_EQ(describe(quantities.quantities()),
+            "A []: 1 4 9\n"
+            "B []: 2 5 10\n"
+            "C []: 0 6 11\n");
+}
+
+TEST_F(ExtraQuantitiesFile, TitlesWithAndWithoutUnits) {
+  write("Force[N]\tHeave force [N]\tFroude number\t Speed [m/s] \n1 2 3 4\n");
+  ExtraQuantities quantities;
+  readAfresh(quantities);
+  EXPECT_EQ(describe(quantities.quantities()),
+            "Forc [N]: 1\n"
+            "Heave force [N]: 2\n"
+            "Froude number []: 3\n"
+            "Speed [m/s]: 4\n");
+}
+
+TEST_F(ExtraQuantitiesFile, AMissingFileGivesNoQuantities) {
+  ExtraQuantities quantities;
+  EXPECT_EQ(readAfresh(quantities), "");
+  EXPECT_TRUE(quantities.quantities().empty());
+  EXPECT_EQ(update(quantities), "");
+  EXPECT_TRUE(quantities.quantities().empty());
+}
+
+TEST_F(ExtraQuantitiesFile, AHeaderAloneGivesQuantitiesWithoutValues) {
+  write("Time [s]\tTrim\n");
+  ExtraQuantities quantities;
+  readAfresh(quantities);
+  EXPECT_EQ(describe(quantities.quantities()), "Time [s]:\nTrim []:\n");
+}
+
+TEST_F(ExtraQuantitiesFile, AFileThatAppearsLaterIsReadFromItsTop) {
+  ExtraQuantities quantities;
+  readAfresh(quantities);
+  ASSERT_TRUE(quantities.quantities().empty());
+  write(kThreeRows);
+  EXPECT_EQ(update(quantities), "");
+  EXPECT_EQ(describe(quantities.quantities()), kThreeRowsRead);
+}
+
+TEST_F(ExtraQuantitiesFile, AGrowingFileStoresEachLineOnceWhereverItWasCut) {
+  // The file written in two pieces, cut at every position, with a read
+  // after each piece (and one more with nothing new) reads like the whole.
+  const std::string whole = std::string(kThreeRows) + "0.2\t1519.1\n0.25\t1518.7\t0.03\r\n";
+  ExtraQuantities reference;
+  write(whole);
+  const std::string referenceConsole = readAfresh(reference);
+  ASSERT_EQ(referenceConsole, "Warning! Unfinished line '0.2\t1519.1. Expected 3 values in the line.\n");
+  const std::string expected = describe(reference.quantities());
+
+  for (std::size_t cut = 0; cut <= whole.size(); ++cut) {
+    write(whole.substr(0, cut));
+    ExtraQuantities quantities;
+    std::string console = readAfresh(quantities);
+    append(whole.substr(cut));
+    console += update(quantities);
+    console += update(quantities);
+    EXPECT_EQ(describe(quantities.quantities()), expected) << "cut at " << cut;
+    EXPECT_EQ(console, referenceConsole) << "cut at " << cut;
+  }
+}
+
+TEST_F(ExtraQuantitiesFile, AHalfWrittenLineWaitsForItsEnd) {
+  write("A\tB\n1\t2\n3");
+  ExtraQuantities quantities;
+  EXPECT_EQ(readAfresh(quantities), "");
+  EXPECT_EQ(describe(quantities.quantities()), "A []: 1\nB []: 2\n");
+  append("\t4");
+  EXPECT_EQ(update(quantities), "");
+  EXPECT_EQ(describe(quantities.quantities()), "A []: 1\nB []: 2\n");
+  append("\n");
+  EXPECT_EQ(update(quantities), "");
+  EXPECT_EQ(describe(quantities.quantities()), "A []: 1 3\nB []: 2 4\n");
+}
+
+TEST_F(ExtraQuantitiesFile, ARewrittenFileIsReadAgainAndTheChosenPositionsStay) {
+  write(kThreeRows);
+  ExtraQuantities quantities;
+  readAfresh(quantities);
+  quantities.quantities()[0].currentIteration = 2;
+  quantities.quantities()[2].currentIteration = 1;
+
+  // A new run: new titles, fewer lines.
+  write("Time [s]\tSinkage [m]\n0.05\t-0.1\n");
+  EXPECT_EQ(update(quantities), "");
+  EXPECT_EQ(describe(quantities.quantities()), "Time [s]: 0.05\nSinkage [m]: -0.1\n");
+  EXPECT_EQ(quantities.quantities()[0].currentIteration, 2);
+  EXPECT_EQ(quantities.quantities()[1].currentIteration, 0);
+
+  // Same length, different last line.
+  write("Time [s]\tSinkage [m]\n0.05\t-0.2\n");
+  update(quantities);
+  EXPECT_EQ(describe(quantities.quantities()), "Time [s]: 0.05\nSinkage [m]: -0.2\n");
+
+  append("0.1\t-0.3\n");
+  update(quantities);
+  EXPECT_EQ(describe(quantities.quantities()), "Time [s]: 0.05 0.1\nSinkage [m]: -0.2 -0.3\n");
+}
+
+TEST_F(ExtraQuantitiesFile, ResetStartsAgainFromTheTop) {
+  write(kThreeRows);
+  ExtraQuantities quantities;
+  readAfresh(quantities);
+  quantities.quantities()[1].currentIteration = 2;
+  readAfresh(quantities);
+  EXPECT_EQ(describe(quantities.quantities()), kThreeRowsRead);
+  EXPECT_EQ(quantities.quantities()[1].currentIteration, 0);
+}
+
+// ---------------------------------------------------------------------------
+// The quantities of a computation that the solver stand-in writes.
+
+class ExtraQuantitiesOfARun : public testing::Test {
+ protected:
+  ExtraQuantitiesOfARun() {
+    static int serial = 0;
+    folder_ = fs::temp_directory_path() /
+              ("extra_quantities_run_" + std::to_string(::getpid()) + "_" + std::to_string(++serial));
+  }
+  ~ExtraQuantitiesOfARun() override { fs::remove_all(folder_); }
+
+  static std::unique_ptr<marine::ProjectMonitorMarine> open(const std::string& path) {
+    auto project = std::make_unique<marine::ProjectMonitorMarine>(path);
+    const ConsoleCapture console;
+    EXPECT_TRUE(project->load());
+    project->refresh();
+    return project;
+  }
+
+  fs::path folder_;
+};
+
+TEST_F(ExtraQuantitiesOfARun, FollowTheRunLineByLineAndStartAgainWithANewRun) {
+  solver_simulator::MarineCaseWriter writer(solver_simulator::defaultCaseSetup(folder_));
+  writer.writeHeaders();
+  for (int i = 0; i < 20; ++i) writer.appendIteration();
+  const std::string path = writer.setup().residualPath().string();
+  const auto live = open(path);
+
+  const std::vector<ExtraQuantity>& quantities = live->extraQuantities().quantities();
+  ASSERT_EQ(quantities.size(), 4u);
+  const std::vector<std::pair<std::string, std::string>> titles = {
+      {"Time", "s"}, {"Heave force", "N"}, {"Pitch moment", "N.m"}, {"Froude number", ""}};
+  for (std::size_t q = 0; q < titles.size(); ++q) {
+    EXPECT_EQ(std::make_pair(quantities[q].name, quantities[q].unit), titles[q]) << q;
+  }
+  // One line per time step of 5 iterations.
+  EXPECT_EQ(quantities[0].values.size(), 4u);
+  EXPECT_DOUBLE_EQ(quantities[0].values.back(), 0.2);
+
+  for (int i = 0; i < 23; ++i) {
+    writer.appendIteration(i % 4 == 0 ? solver_simulator::LineEnd::cutLastLine : solver_simulator::LineEnd::whole);
+    const ConsoleCapture console;
+    live->refresh();
+    EXPECT_EQ(console.text().find("Unfinished line"), std::string::npos) << console.text();
+  }
+  writer.completeLines();
+  {
+    const ConsoleCapture console;
+    live->refresh();
+  }
+  EXPECT_EQ(quantities[0].values.size(), 8u);
+  EXPECT_EQ(describe(quantities), describe(open(path)->extraQuantities().quantities()));
+
+  writer.restart(writer.setup().stamp.plusSeconds(60));
+  for (int i = 0; i < 10; ++i) writer.appendIteration();
+  {
+    const ConsoleCapture console;
+    live->refresh();
+  }
+  EXPECT_EQ(live->extraQuantities().quantities().at(0).values, (Doubles{0.05, 0.1}));
+  EXPECT_EQ(describe(live->extraQuantities().quantities()),
+            describe(open(path)->extraQuantities().quantities()));
+}
+
+}  // namespace
