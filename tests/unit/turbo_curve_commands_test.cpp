@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "console_capture.h"
+#include "turbo_command_runner.h"
 #include "script/tcl_arg_stream.h"
 #include "script/tcl_result_stream.h"
 #include "turbo/commands/turbo_command_set.h"
@@ -22,23 +23,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string call(std::string_view name, const std::vector<std::string>& arguments = {}) {
-  const auto row = std::find_if(turbo::kTurboCommands.begin(), turbo::kTurboCommands.end(),
-                                [&](const CommandRow& r) { return r.name == name; });
-  if (row == turbo::kTurboCommands.end()) {
-    ADD_FAILURE() << "no command " << name;
-    return {};
-  }
-  std::vector<const char*> items;
-  for (const std::string& argument : arguments) items.push_back(argument.c_str());
-  TclArgStream in(static_cast<int>(items.size()), items.data());
-  std::string text;
-  TclResultStream out(text);
-  row->handler(in, out);
-  EXPECT_EQ(out.status(), 0) << name;
-  return text;
-}
 
 // Records of steps 0 .. records-1, numbered firstIteration, 2 x firstIteration,
 // ...; value p of the record of step s is s * (p + 1) + 0.5, so that a

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "console_capture.h"
+#include "turbo_command_runner.h"
 #include "script/tcl_arg_stream.h"
 #include "script/tcl_result_stream.h"
 #include "turbo/commands/turbo_command_set.h"
@@ -22,24 +23,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-// The answer of the command registered as `name`, called with `arguments`.
-std::string call(std::string_view name, const std::vector<std::string>& arguments = {}) {
-  const auto row = std::find_if(turbo::kTurboCommands.begin(), turbo::kTurboCommands.end(),
-                                [&](const CommandRow& r) { return r.name == name; });
-  if (row == turbo::kTurboCommands.end()) {
-    ADD_FAILURE() << "no command " << name;
-    return {};
-  }
-  std::vector<const char*> items;
-  for (const std::string& argument : arguments) items.push_back(argument.c_str());
-  TclArgStream in(static_cast<int>(items.size()), items.data());
-  std::string text;
-  TclResultStream out(text);
-  row->handler(in, out);
-  EXPECT_EQ(out.status(), 0) << name;
-  return text;
-}
 
 // One record of a steady history: the iteration number, then `count` values,
 // value p being step * (p + 1) + 0.5. Against the record of step 0 every
