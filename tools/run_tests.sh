@@ -22,7 +22,7 @@ echo "== build-sanitize (ASan + UBSan): unit tests"
 export ASAN_OPTIONS=detect_leaks=1
 export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 cmake -S . -B build-sanitize -DCMAKE_BUILD_TYPE=RelWithDebInfo -DMONITOR_SANITIZE=ON -DMONITOR_E2E_TESTS=OFF
-cmake --build build-sanitize -j2
+cmake --build build-sanitize -j2 --target unit_tests
 (cd build-sanitize && ctest --output-on-failure --no-tests=error -L unit)
 
 echo "== all tests passed"
