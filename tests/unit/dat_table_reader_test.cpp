@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "console_capture.h"
+#include "scratch_folder.h"
 
 namespace {
 
@@ -20,26 +21,13 @@ using fileformat::QuantityGroup;
 using Names = std::vector<std::string>;
 using Values = std::vector<std::vector<double>>;
 
-class TableFile : public testing::Test {
+class TableFile : public ScratchFolder {
  protected:
-  TableFile() {
-    static int serial = 0;
-    folder_ = std::filesystem::temp_directory_path() /
-              ("dat_table_" + std::to_string(::getpid()) + "_" + std::to_string(++serial));
-    std::filesystem::create_directories(folder_);
-    path_ = (folder_ / "eff_AD.dat").string();
-  }
-  ~TableFile() override { std::filesystem::remove_all(folder_); }
+  void write(const std::string& text) { ScratchFolder::write(kFile, text); }
+  void append(const std::string& text) { ScratchFolder::append(kFile, text); }
 
-  void write(const std::string& text) {
-    std::ofstream(path_, std::ios::binary | std::ios::trunc) << text;
-  }
-  void append(const std::string& text) {
-    std::ofstream(path_, std::ios::binary | std::ios::app) << text;
-  }
-
-  std::filesystem::path folder_;
-  std::string path_;
+  static constexpr const char* kFile = "eff_AD.dat";
+  std::string path_ = pathOf(kFile);
 };
 
 void expectGroup(const QuantityGroup& group, const Names& names, const Values& values) {

@@ -16,6 +16,7 @@
 #include "marine/component_file.h"
 #include "marine/header_lines.h"
 #include "marine/marine_names.h"
+#include "scratch_folder.h"
 
 namespace {
 
@@ -309,26 +310,7 @@ TEST(MarineHistories, SubBodyLookupMessages) {
 // ---------------------------------------------------------------------------
 // Force and moment files
 
-class MarineComponentFile : public testing::Test {
- protected:
-  MarineComponentFile() {
-    static int serial = 0;
-    folder_ = std::filesystem::temp_directory_path() /
-              ("marine_eff_" + std::to_string(::getpid()) + "_" + std::to_string(++serial));
-    std::filesystem::create_directories(folder_);
-  }
-  ~MarineComponentFile() override { std::filesystem::remove_all(folder_); }
-
-  std::string pathOf(const std::string& name) const { return (folder_ / name).string(); }
-  void write(const std::string& name, const std::string& text) {
-    std::ofstream(pathOf(name), std::ios::binary | std::ios::trunc) << text;
-  }
-  void append(const std::string& name, const std::string& text) {
-    std::ofstream(pathOf(name), std::ios::binary | std::ios::app) << text;
-  }
-
-  std::filesystem::path folder_;
-};
+class MarineComponentFile : public ScratchFolder {};
 
 std::string columnsBlock(const std::string& variables, const std::string& names) {
   return "#QV_BEGIN\nVARIABLES = " + variables + "\nNAMES = " + names + "\n#QV_END\n#COLUMNS T itnl " + names + "\n";

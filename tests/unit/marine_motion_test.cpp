@@ -12,6 +12,7 @@
 #include "console_capture.h"
 #include "marine/actuator_disks.h"
 #include "marine/motion_history.h"
+#include "scratch_folder.h"
 
 namespace {
 
@@ -19,26 +20,7 @@ using marine::MotionHistory;
 using Doubles = std::vector<double>;
 using Names = std::vector<std::string>;
 
-class MarineFolder : public testing::Test {
- protected:
-  MarineFolder() {
-    static int serial = 0;
-    folder_ = std::filesystem::temp_directory_path() /
-              ("marine_motion_" + std::to_string(::getpid()) + "_" + std::to_string(++serial));
-    std::filesystem::create_directories(folder_);
-  }
-  ~MarineFolder() override { std::filesystem::remove_all(folder_); }
-
-  std::string pathOf(const std::string& name) const { return (folder_ / name).string(); }
-  void write(const std::string& name, const std::string& text) {
-    std::ofstream(pathOf(name), std::ios::binary | std::ios::trunc) << text;
-  }
-  void append(const std::string& name, const std::string& text) {
-    std::ofstream(pathOf(name), std::ios::binary | std::ios::app) << text;
-  }
-
-  std::filesystem::path folder_;
-};
+class MarineFolder : public ScratchFolder {};
 
 using MarineMotion = MarineFolder;
 

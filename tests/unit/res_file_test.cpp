@@ -16,6 +16,7 @@
 
 #include "console_capture.h"
 #include "turbo/project_monitor.h"
+#include "scratch_folder.h"
 
 namespace {
 
@@ -103,26 +104,13 @@ long peakMemoryKilobytes() {
   return usage.ru_maxrss;
 }
 
-class ResidualFile : public testing::Test {
+class ResidualFile : public ScratchFolder {
  protected:
-  ResidualFile() {
-    static int serial = 0;
-    folder_ = std::filesystem::temp_directory_path() /
-              ("res_file_" + std::to_string(::getpid()) + "_" + std::to_string(++serial));
-    std::filesystem::create_directories(folder_);
-    path_ = (folder_ / "stage.res").string();
-  }
-  ~ResidualFile() override { std::filesystem::remove_all(folder_); }
+  void write(const std::string& text) { ScratchFolder::write(kFile, text); }
+  void append(const std::string& text) { ScratchFolder::append(kFile, text); }
 
-  void write(const std::string& text) {
-    std::ofstream(path_, std::ios::binary | std::ios::trunc) << text;
-  }
-  void append(const std::string& text) {
-    std::ofstream(path_, std::ios::binary | std::ios::app) << text;
-  }
-
-  std::filesystem::path folder_;
-  std::string path_;
+  static constexpr const char* kFile = "stage.res";
+  std::string path_ = pathOf(kFile);
 };
 
 // What a header set, in one line.
