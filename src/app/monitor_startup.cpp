@@ -9,6 +9,7 @@
 #include "platform/console.h"
 #include "platform/system_services.h"
 #include "script/monitor_session.h"
+#include "script/plot_commands.h"
 #include "turbo/commands/turbo_command_set.h"
 #include "turbo/curve_names.h"
 #include "turbo/monitor.h"
@@ -85,6 +86,7 @@ int runMonitor(int argc, char** argv) {
     turbo::registerTurboCommands();
   }
   registerCommonCommands();
+  registerPlotCommands(session->interp().interp());
   sourceStartupScript(mode, environment);
   session->runMainLoop();
   return 1;
