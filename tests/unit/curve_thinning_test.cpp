@@ -82,7 +82,8 @@ class PlotCommands : public ::testing::Test {
 
 TEST_F(PlotCommands, ThinAndStatisticsWorkOnVectors) {
   eval("blt::vector create x y xo yo; x seq 0 9999; y expr {x * 2}");
-  EXPECT_EQ(eval("monitor_thin_curve x y xo yo 0 9999 100"), "200")  // a straight line: first and last of each column;
+  // A straight line: each column keeps its first and last point.
+  EXPECT_EQ(eval("monitor_thin_curve x y xo yo 0 9999 100"), "200");
   EXPECT_EQ(eval("list [xo index 0] [yo index end] [xo length]"), "0.0 19998.0 200");
   EXPECT_EQ(eval("monitor_thin_curve x y xo yo 10 20 100"), "13");
   EXPECT_EQ(eval("y set {1 2 3 4}; monitor_curve_statistics y 2"), "2 3.5 0.5 3.0 4.0");
