@@ -11,6 +11,7 @@ packages=(
   libgtest-dev             # unit and end-to-end tests
   libbenchmark-dev         # benchmarks in bench/
   xvfb xauth               # virtual display for the end-to-end tests and the demo
+  x11-apps netpbm          # screenshots of the windows (xwd, then xwdtopnm and pnmtopng)
   locales                  # a decimal-comma locale for the locale-independence tests
 )
 

@@ -1,0 +1,134 @@
+# The live refresh: a timer asks the program to read what the solver has
+# appended, then the shown curves fetch their new points.
+#
+# Fetching runs in slices of at most `slice` points between which the event
+# loop turns, so that a curve of a million points coming in for the first time
+# does not freeze the window; a refresh of a running computation usually fits
+# in one slice.
+
+namespace eval ::liverefresh {
+    variable periodMs 5000
+    variable paused 0
+    variable timer ""
+    variable pumping ""
+    variable queue {}
+    variable slice 50000
+    # Set to 1 whenever every queued curve has been fetched (tests wait on it).
+    variable idle 1
+    # Command prefixes: update (answers 1 when the program read something new),
+    # shown (answers the ids of the shown curves), afterUpdate (called with the
+    # update's answer before fetching), fetched (called with the ids of the
+    # curves that received points), status (called with a text).
+    variable hooks
+    array set hooks {update {} shown {} afterUpdate {} fetched {} status {}}
+}
+
+proc ::liverefresh::configure {args} {
+    variable hooks
+    foreach {option value} $args {
+        set hooks([string range $option 1 end]) $value
+    }
+}
+
+proc ::liverefresh::callHook {name args} {
+    variable hooks
+    if {$hooks($name) ne ""} { return [{*}$hooks($name) {*}$args] }
+    return ""
+}
+
+proc ::liverefresh::setPeriod {seconds} {
+    variable periodMs
+    if {[string is double -strict $seconds] && $seconds > 0} {
+        set periodMs [expr {max(100, int($seconds * 1000))}]
+    }
+    schedule
+}
+
+proc ::liverefresh::periodSeconds {} {
+    variable periodMs
+    return [expr {$periodMs / 1000.0}]
+}
+
+proc ::liverefresh::schedule {} {
+    variable timer
+    variable periodMs
+    variable paused
+    after cancel $timer
+    set timer ""
+    if {!$paused} { set timer [after $periodMs ::liverefresh::tick] }
+}
+
+proc ::liverefresh::tick {} {
+    refreshNow
+    schedule
+}
+
+proc ::liverefresh::setPaused {flag} {
+    variable paused
+    set paused [expr {$flag ? 1 : 0}]
+    callHook status [expr {$paused ? "Live refresh paused" : "Live refresh every [periodSeconds] s"}]
+    schedule
+}
+
+proc ::liverefresh::refreshNow {} {
+    set changed [callHook update]
+    callHook afterUpdate $changed
+    queueCurves [callHook shown]
+}
+
+# Queues curves for fetching (a newly shown curve comes through here too).
+proc ::liverefresh::queueCurves {ids} {
+    variable queue
+    variable idle
+    variable pumping
+    foreach id $ids {
+        if {$id ni $queue && [curves::exists $id]} {
+            curves::recheckMissing $id
+            lappend queue $id
+        }
+    }
+    if {[llength $queue] == 0} return
+    set idle 0
+    if {$pumping eq ""} { set pumping [after 0 ::liverefresh::pump] }
+}
+
+proc ::liverefresh::pump {} {
+    variable queue
+    variable slice
+    variable idle
+    variable pumping
+    set pumping ""
+    set budget $slice
+    set touched {}
+    while {$budget > 0 && [llength $queue] > 0} {
+        set id [lindex $queue 0]
+        if {![curves::exists $id]} {
+            set queue [lrange $queue 1 end]
+            continue
+        }
+        set generation [curves::generation $id]
+        set pending [curves::pending $id]
+        set asked [expr {min($budget, $pending)}]
+        set got 0
+        if {$asked > 0} {
+            set got [curves::fetch $id $asked]
+            incr budget -$asked
+        }
+        if {$got > 0 || $generation != [curves::generation $id]} { lappend touched $id }
+        # Done, or stopped at a position that cannot be read yet.
+        if {$got == $pending || $got < $asked} { set queue [lrange $queue 1 end] }
+    }
+    if {[llength $touched] > 0} { callHook fetched $touched }
+    if {[llength $queue] > 0} {
+        callHook status "Reading [curves::label [lindex $queue 0]]: [curves::length [lindex $queue 0]] points"
+        set pumping [after 1 ::liverefresh::pump]
+    } else {
+        set idle 1
+    }
+}
+
+# Waits, turning the event loop, until every queued curve has been fetched.
+proc ::liverefresh::waitIdle {} {
+    variable idle
+    while {!$idle} { vwait ::liverefresh::idle }
+}

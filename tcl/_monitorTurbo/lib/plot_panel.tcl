@@ -1,0 +1,371 @@
+# A plot panel: one BLT graph with its tool bar, a readout of the point under
+# the pointer, and a table of statistics of the shown curves.
+#
+#   left button: two clicks frame a zoom (BLT's zoom stack); right button or
+#   "Unzoom" goes back one zoom; "Full view" empties the stack
+#   middle button: drag to pan
+#   pointer: crosshair and the nearest point of any curve in the readout
+#
+# The graph draws thinned copies of the curves (monitor_thin_curve keeps the
+# first, lowest, highest and last point of each pixel column of the visible
+# range), so a curve of a million points draws as fast as one of a thousand.
+# Statistics and exports use the full curves.
+
+namespace eval ::plotpanel {
+    variable panel
+    variable palette {#1f77b4 #d62728 #2ca02c #ff7f0e #9467bd #8c564b #e377c2 #17becf #7f7f7f #bcbd22}
+}
+
+proc ::plotpanel::create {w args} {
+    variable panel
+    array set options {-xtitle "" -ytitle ""}
+    array set options $args
+    ttk::frame $w
+    set g $w.graph
+    set panel($w,graph) $g
+    set panel($w,curves) {}
+    set panel($w,colour) 0
+    set panel($w,legend) 1
+    set panel($w,logY) 0
+    set panel($w,crosshair) 1
+    set panel($w,lastCount) 100
+    set panel($w,view) {}
+    set panel($w,readout) ""
+
+    set bar [ttk::frame $w.bar]
+    ttk::button $bar.unzoom -text "Unzoom" -command [list ::plotpanel::unzoom $w]
+    ttk::button $bar.full -text "Full view" -command [list ::plotpanel::fullView $w]
+    ttk::checkbutton $bar.legend -text "Legend" -variable ::plotpanel::panel($w,legend) \
+        -command [list ::plotpanel::applyOptions $w]
+    ttk::checkbutton $bar.log -text "Log scale" -variable ::plotpanel::panel($w,logY) \
+        -command [list ::plotpanel::applyOptions $w]
+    ttk::checkbutton $bar.cross -text "Crosshair" -variable ::plotpanel::panel($w,crosshair) \
+        -command [list ::plotpanel::applyOptions $w]
+    ttk::menubutton $bar.export -text "Export" -menu $bar.export.menu
+    menu $bar.export.menu -tearoff 0
+    $bar.export.menu add command -label "Graph as PNG..." -command [list ::plotpanel::askExport $w png]
+    $bar.export.menu add command -label "Graph as PostScript..." -command [list ::plotpanel::askExport $w ps]
+    $bar.export.menu add command -label "Curves as CSV..." -command [list ::plotpanel::askExport $w csv]
+    ttk::label $bar.lastLabel -text "Statistics: last"
+    ttk::entry $bar.last -width 8 -textvariable ::plotpanel::panel($w,lastCount)
+    ttk::label $bar.lastUnit -text "points"
+    bind $bar.last <Return> [list ::plotpanel::updateStatistics $w]
+    bind $bar.last <FocusOut> [list ::plotpanel::updateStatistics $w]
+    pack $bar.unzoom $bar.full $bar.legend $bar.log $bar.cross $bar.export -side left -padx 2
+    pack $bar.lastUnit $bar.last $bar.lastLabel -side right -padx 2
+
+    blt::graph $g -title "" -plotbackground white -height 360 -width 640
+    $g axis configure x -title $options(-xtitle)
+    $g axis configure y -title $options(-ytitle)
+    $g legend configure -position right -anchor n
+    $g crosshairs configure -color grey50 -dashes 2
+    $g grid configure -hide no -dashes {2 4} -color grey80
+    Blt_ZoomStack $g
+    # After the zoom stack's bindings: look at the axes once a click has
+    # changed them.
+    bindtags $g [concat [bindtags $g] plotpanel-view]
+    bind plotpanel-view <ButtonRelease-1> {::plotpanel::viewMaybeChanged [winfo parent %W]}
+    bind plotpanel-view <ButtonPress-3> {::plotpanel::viewMaybeChanged [winfo parent %W]}
+    bind plotpanel-view <Configure> {::plotpanel::viewMaybeChanged [winfo parent %W]}
+    bind $g <ButtonPress-2> [list ::plotpanel::panStart $w %x %y]
+    bind $g <B2-Motion> [list ::plotpanel::panMove $w %x %y]
+    bind $g <Motion> [list ::plotpanel::pointerMoved $w %x %y]
+    bind $g <Leave> [list ::plotpanel::pointerLeft $w]
+
+    ttk::label $w.readout -textvariable ::plotpanel::panel($w,readout) -anchor w
+    set stats [ttk::treeview $w.stats -height 4 -columns {points mean deviation minimum maximum} -show {tree headings}]
+    $stats heading #0 -text "Curve"
+    $stats column #0 -width 220
+    foreach {column title} {points "Points" mean "Mean" deviation "Std. deviation" minimum "Minimum" maximum "Maximum"} {
+        $stats heading $column -text $title
+        $stats column $column -width 110 -anchor e
+    }
+    pack $bar -side top -fill x
+    pack $w.stats -side bottom -fill x
+    pack $w.readout -side bottom -fill x
+    pack $g -side top -fill both -expand 1
+    applyOptions $w
+    return $w
+}
+
+proc ::plotpanel::graph {w} {
+    variable panel
+    return $panel($w,graph)
+}
+
+proc ::plotpanel::curves {w} {
+    variable panel
+    return $panel($w,curves)
+}
+
+proc ::plotpanel::setTitles {w xTitle yTitle} {
+    set g [graph $w]
+    $g axis configure x -title $xTitle
+    $g axis configure y -title $yTitle
+}
+
+proc ::plotpanel::applyOptions {w} {
+    variable panel
+    set g [graph $w]
+    $g legend configure -hide [expr {!$panel($w,legend)}]
+    $g axis configure y -logscale $panel($w,logY)
+    $g crosshairs configure -hide [expr {!$panel($w,crosshair)}]
+}
+
+proc ::plotpanel::setLogScale {w flag} {
+    variable panel
+    set panel($w,logY) [expr {$flag ? 1 : 0}]
+    applyOptions $w
+}
+
+proc ::plotpanel::addCurve {w id} {
+    variable panel
+    variable palette
+    if {$id in $panel($w,curves)} return
+    lappend panel($w,curves) $id
+    set g [graph $w]
+    set xs ::plotpanel::dx_$id
+    set ys ::plotpanel::dy_$id
+    blt::vector create $xs $ys
+    set colour [lindex $palette [expr {$panel($w,colour) % [llength $palette]}]]
+    incr panel($w,colour)
+    $g element create $id -xdata $xs -ydata $ys -label [curves::label $id] -symbol none \
+        -color $colour -linewidth 1 -pixels 3
+    redraw $w
+}
+
+proc ::plotpanel::removeCurve {w id} {
+    variable panel
+    set at [lsearch -exact $panel($w,curves) $id]
+    if {$at < 0} return
+    set panel($w,curves) [lreplace $panel($w,curves) $at $at]
+    [graph $w] element delete $id
+    blt::vector destroy ::plotpanel::dx_$id ::plotpanel::dy_$id
+    redraw $w
+}
+
+proc ::plotpanel::removeAll {w} {
+    foreach id [curves $w] { removeCurve $w $id }
+}
+
+# The abscissa range the thinning works on: the zoomed range, or all points.
+proc ::plotpanel::visibleRange {w} {
+    set g [graph $w]
+    set min [$g axis cget x -min]
+    set max [$g axis cget x -max]
+    if {$min ne "" && $max ne ""} { return [list $min $max] }
+    set low ""
+    set high ""
+    foreach id [curves $w] {
+        set x [curves::xVector $id]
+        if {[$x length] == 0} continue
+        set first [$x index 0]
+        set last [$x index end]
+        if {$low eq "" || $first < $low} { set low $first }
+        if {$high eq "" || $last > $high} { set high $last }
+    }
+    if {$low eq ""} { return {0 0} }
+    if {$min ne ""} { set low $min }
+    if {$max ne ""} { set high $max }
+    return [list $low $high]
+}
+
+proc ::plotpanel::plotWidth {w} {
+    set g [graph $w]
+    set width [winfo width $g]
+    catch { set width [$g extents plotwidth] }
+    return [expr {max(100, $width)}]
+}
+
+# Draws again what each curve shows in the visible range.
+proc ::plotpanel::redraw {w} {
+    variable panel
+    if {![winfo exists $w]} return
+    lassign [visibleRange $w] low high
+    set columns [plotWidth $w]
+    foreach id [curves $w] {
+        monitor_thin_curve [curves::xVector $id] [curves::yVector $id] \
+            ::plotpanel::dx_$id ::plotpanel::dy_$id $low $high $columns
+    }
+    set panel($w,view) [list $low $high $columns [zoomed $w]]
+    updateStatistics $w
+}
+
+proc ::plotpanel::zoomed {w} {
+    set g [graph $w]
+    return [expr {[$g axis cget x -min] ne "" || [$g axis cget x -max] ne ""}]
+}
+
+# Curves received points: the view follows them unless the user zoomed in
+# somewhere that the new points do not reach.
+proc ::plotpanel::curvesChanged {w ids} {
+    variable panel
+    foreach id $ids {
+        if {$id in $panel($w,curves)} {
+            scheduleRedraw $w
+            return
+        }
+    }
+}
+
+proc ::plotpanel::scheduleRedraw {w} {
+    variable panel
+    if {[info exists panel($w,pending)]} return
+    set panel($w,pending) [after idle [list ::plotpanel::redrawNow $w]]
+}
+
+proc ::plotpanel::redrawNow {w} {
+    variable panel
+    unset -nocomplain panel($w,pending)
+    redraw $w
+}
+
+proc ::plotpanel::viewMaybeChanged {w} {
+    variable panel
+    after idle [list ::plotpanel::compareView $w]
+}
+
+proc ::plotpanel::compareView {w} {
+    variable panel
+    if {![winfo exists $w]} return
+    lassign [visibleRange $w] low high
+    if {[list $low $high [plotWidth $w] [zoomed $w]] ne $panel($w,view)} { redraw $w }
+}
+
+proc ::plotpanel::unzoom {w} {
+    blt::ResetZoom [graph $w]
+    compareView $w
+}
+
+proc ::plotpanel::fullView {w} {
+    global zoomInfo
+    set g [graph $w]
+    set zoomInfo($g,stack) {}
+    foreach axis {x y} { $g axis configure $axis -min "" -max "" }
+    compareView $w
+}
+
+proc ::plotpanel::panStart {w x y} {
+    variable panel
+    set panel($w,pan) [list $x $y]
+}
+
+proc ::plotpanel::panMove {w x y} {
+    variable panel
+    if {![info exists panel($w,pan)]} return
+    set g [graph $w]
+    lassign $panel($w,pan) x0 y0
+    foreach {axis from to} [list x $x0 $x y $y0 $y] {
+        lassign [$g axis limits $axis] min max
+        set shift [expr {[$g axis invtransform $axis $from] - [$g axis invtransform $axis $to]}]
+        if {$axis eq "y" && $panel($w,logY)} {
+            set ratio [expr {[$g axis invtransform y $from] / [$g axis invtransform y $to]}]
+            $g axis configure y -min [expr {$min * $ratio}] -max [expr {$max * $ratio}]
+        } else {
+            $g axis configure $axis -min [expr {$min + $shift}] -max [expr {$max + $shift}]
+        }
+    }
+    set panel($w,pan) [list $x $y]
+    scheduleRedraw $w
+}
+
+proc ::plotpanel::pointerMoved {w x y} {
+    variable panel
+    set g [graph $w]
+    if {$panel($w,crosshair)} { $g crosshairs configure -position @$x,$y }
+    if {[$g element closest $x $y found -halo 10000 -interpolate no]} {
+        set panel($w,readout) [format "%s:  x = %s   y = %s" \
+            [curves::label $found(name)] [formatNumber $found(x)] [formatNumber $found(y)]]
+    } else {
+        set panel($w,readout) ""
+    }
+}
+
+proc ::plotpanel::pointerLeft {w} {
+    variable panel
+    set panel($w,readout) ""
+}
+
+proc ::plotpanel::formatNumber {value} {
+    return [format %.7g $value]
+}
+
+# The count of last points the statistics cover; 0 means all of them.
+proc ::plotpanel::lastCount {w} {
+    variable panel
+    set count [string trim $panel($w,lastCount)]
+    if {[string is integer -strict $count] && $count > 0} { return $count }
+    return 0
+}
+
+proc ::plotpanel::setLastCount {w count} {
+    variable panel
+    set panel($w,lastCount) $count
+    updateStatistics $w
+}
+
+# {count mean deviation minimum maximum} of the last points of a shown curve.
+proc ::plotpanel::statistics {w id} {
+    return [monitor_curve_statistics [curves::yVector $id] [lastCount $w]]
+}
+
+proc ::plotpanel::updateStatistics {w} {
+    set table $w.stats
+    $table delete [$table children {}]
+    foreach id [curves $w] {
+        lassign [statistics $w $id] count mean deviation minimum maximum
+        set values [list $count]
+        foreach value [list $mean $deviation $minimum $maximum] {
+            lappend values [expr {$count > 0 ? [formatNumber $value] : ""}]
+        }
+        $table insert {} end -id $id -text [curves::label $id] -values $values
+    }
+}
+
+proc ::plotpanel::askExport {w kind} {
+    array set types {png {{"PNG image" .png}} ps {{"PostScript" .ps}} csv {{"CSV table" .csv}}}
+    set file [tk_getSaveFile -parent $w -defaultextension [lindex $types($kind) 0 1] -filetypes $types($kind)]
+    if {$file eq ""} return
+    if {[catch {export $w $kind $file} message]} {
+        tk_messageBox -parent $w -icon error -title "Export" -message "Could not write $file: $message"
+    }
+}
+
+proc ::plotpanel::export {w kind file} {
+    set g [graph $w]
+    switch -- $kind {
+        png {
+            update idletasks
+            set image [image create photo]
+            $g snap $image
+            $image write $file -format png
+            image delete $image
+        }
+        ps { $g postscript output $file -maxpect yes }
+        csv { exportCsv $w $file }
+        default { error "unknown export kind $kind" }
+    }
+}
+
+# One row per point of every shown curve, at full resolution, each number in
+# the shortest form that reads back to the same double:
+#   curve,x,y
+#   "Fx Hull",1,-12.5
+proc ::plotpanel::exportCsv {w file} {
+    set out [open $file w]
+    fconfigure $out -translation lf
+    puts $out "curve,x,y"
+    foreach id [curves $w] {
+        set label \"[string map {\" \"\"} [curves::label $id]]\"
+        set xs [curves::xVector $id]
+        set ys [curves::yVector $id]
+        set count [$xs length]
+        for {set from 0} {$from < $count} {incr from 10000} {
+            set to [expr {min($count, $from + 10000) - 1}]
+            foreach x [$xs range $from $to] y [$ys range $from $to] {
+                puts $out "$label,$x,$y"
+            }
+        }
+    }
+    close $out
+}
