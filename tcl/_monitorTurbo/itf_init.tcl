@@ -2,8 +2,17 @@
 #
 # The program sources this file from <installation>/_tcl/_monitorTurbo/ once
 # Tk, Tix and BLT are loaded and the turbomachinery commands are registered.
-# Until the monitor's real windows take its place, it shows a placeholder
-# window.
+# It opens the turbomachinery window on the residual files named on the
+# command line (which the program has loaded) and on the diagram and profile
+# files named there.
 
-source [file join [file dirname [info script]] start_window.tcl]
-::monitor_start::show turbomachinery itf_quit_command
+namespace eval ::monitor {
+    variable turboFolder [file dirname [file normalize [info script]]]
+    variable library [file join $turboFolder lib]
+}
+foreach part {curves live_refresh plot_panel monitor_window} {
+    source [file join $::monitor::library $part.tcl]
+}
+source [file join $::monitor::turboFolder turbo_window.tcl]
+
+::turbowin::open {} [::turbowin::commandLineBladeFiles $argv]
