@@ -467,9 +467,9 @@ proc ::marinewin::formulaProblems {text variables} {
     set at 0
     set length [string length $text]
     while {$at < $length} {
-        if {[regexp -start $at {\A[0-9]*\.?[0-9]+([eE][-+]?[0-9]+)?} [string range $text $at end] number]} {
+        if {[regexp {\A[0-9]*\.?[0-9]+([eE][-+]?[0-9]+)?} [string range $text $at end] number]} {
             incr at [string length $number]
-        } elseif {[regexp -start $at {\A[A-Za-z_][A-Za-z0-9_]*} [string range $text $at end] name]} {
+        } elseif {[regexp {\A[A-Za-z_][A-Za-z0-9_]*} [string range $text $at end] name]} {
             incr at [string length $name]
             set call [regexp {\A\s*\(} [string range $text $at end]]
             if {$call && $name ni $functions} {

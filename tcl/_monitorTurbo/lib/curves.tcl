@@ -8,8 +8,9 @@
 # back to 0 when it drops a run (a restarted or rewritten computation), which
 # tells the curve to forget what it holds instead of mixing two runs.
 #
-# Positions whose value is 3.4028235e38 are points the solver has not given
-# (the program's mark for NaN and infinities); they are left out. A curve
+# Positions whose value is 3.4028235e38 (the program's mark for NaN and
+# infinities), or not a number at all, are points the solver has not given;
+# they are left out. A curve
 # created with -recheckMissing reads such positions again on later syncs,
 # because the program fills them in once their inputs arrive (custom plots).
 
@@ -141,7 +142,8 @@ proc ::curves::fetch {id budget} {
             break
         }
         lassign $point x y
-        if {abs($y) >= $missing || abs($x) >= $missing} {
+        # Not a number, infinite or the program's mark: a point not given.
+        if {[catch {expr {abs($x) < $missing && abs($y) < $missing}} given] || !$given} {
             if {$firstMissing < 0} {
                 set firstMissing $i
                 set heldAtMissing [expr {[$curve($id,y) length] + [llength $ys]}]

@@ -111,7 +111,13 @@ proc ::liverefresh::pump {} {
         set asked [expr {min($budget, $pending)}]
         set got 0
         if {$asked > 0} {
-            set got [curves::fetch $id $asked]
+            if {[catch {curves::fetch $id $asked} got]} {
+                # A curve that cannot be read must not stop the others.
+                callHook status "Could not read [curves::label $id]: $got"
+                set got 0
+                set asked 0
+                set pending -1
+            }
             incr budget -$asked
         }
         if {$got > 0 || $generation != [curves::generation $id]} { lappend touched $id }

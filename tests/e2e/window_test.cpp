@@ -1,0 +1,234 @@
+// The installation's windows through the real program: a start-up script
+// sources the real window scripts, then drives the windows from Tcl as a user
+// would (selecting curves, refreshing, exporting) while the solver stand-in or
+// the test itself writes the files, and prints what the windows hold.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "monitor_process.h"
+
+namespace e2e {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Helpers shared by both scenarios: `say` prints a line for the test (the
+// program's own lines come in between); `refresh` is one tick of the live
+// refresh, waited for; `counts` prints the points held by the curves of the
+// listed tree items; `exact` says whether every shown curve holds exactly the
+// points that the program answers when asked for all of them afresh (none
+// twice, none lost, none from another run).
+const std::string kHelpers = R"tcl(
+proc say {text} { puts "> $text" }
+proc refresh {} { ::liverefresh::refreshNow; ::liverefresh::waitIdle; update }
+proc counts {label items} {
+  set line "$label:"
+  foreach item $items { append line " [curves::length [::monwin::curveOfItem $item]]" }
+  say $line
+}
+proc exact {} {
+  foreach id [::monwin::shownCurves] {
+    set xs {}
+    set ys {}
+    set fetch [curves::get $id fetch]
+    for {set i 0} {$i < [{*}[curves::get $id count]]} {incr i} {
+      lassign [{*}$fetch $i] x y
+      if {abs($y) < 3.4028235e38} { lappend xs $x; lappend ys $y }
+    }
+    set heldX [[curves::xVector $id] range 0 end]
+    set heldY [[curves::yVector $id] range 0 end]
+    if {[llength $heldX] != [llength $xs]} { return "no: [curves::label $id] holds [llength $heldX] of [llength $xs]" }
+    foreach x $xs y $ys hx $heldX hy $heldY {
+      if {$x != $hx || $y != $hy} { return "no: [curves::label $id] ($hx, $hy) for ($x, $y)" }
+    }
+  }
+  return yes
+}
+proc show {items} {
+  [::monwin::tree] selection set $items
+  ::monwin::selectionChanged
+  ::liverefresh::waitIdle
+  update
+}
+proc magic {file count} {
+  set in [open $file rb]
+  set bytes [read $in $count]
+  close $in
+  return [string map {\n {} \r {}} $bytes]
+}
+)tcl";
+
+const std::string kMarineScenario = R"tcl(
+set res [file join $case ship.res]
+proc solver {args} {
+  global solver case
+  exec $solver --out $case --stamp {21/11/2026 14:05:09} {*}$args
+}
+solver --iterations 10
+set argv [list $res]
+source $windowScript
+
+# Statistics of the last 4 ResU values, from the file's own text.
+proc fileStatistics {} {
+  global res
+  set values {}
+  set in [open $res]
+  foreach line [split [read $in] \n] {
+    if {[regexp {^#COLUMNS (.*)} $line -> columns]} { set column [lsearch $columns ResU] }
+    if {[regexp {^\d} $line]} { lappend values [lindex $line $column] }
+  }
+  close $in
+  set last [lrange $values end-3 end]
+  set mean [expr {[tcl::mathop::+ {*}$last] / 4.0}]
+  set squares 0
+  foreach v $last { set squares [expr {$squares + ($v - $mean) ** 2}] }
+  set sorted [lsort -real $last]
+  return [list 4 $mean [expr {sqrt($squares / 4)}] [lindex $sorted 0] [lindex $sorted end]]
+}
+
+# Reads the exported file back and compares it, number for number, with the
+# shown curves.
+proc csvCheck {file} {
+  set in [open $file]
+  set lines [split [string trimright [read $in] \n] \n]
+  close $in
+  set mismatches 0
+  foreach id [::monwin::shownCurves] {
+    set xs [[curves::xVector $id] range 0 end]
+    set ys [[curves::yVector $id] range 0 end]
+    set i 0
+    foreach line [lrange $lines 1 end] {
+      if {![regexp {^"(.*)",([^,]+),([^,]+)$} $line -> label x y] || $label ne [curves::label $id]} continue
+      if {$x != [lindex $xs $i] || $y != [lindex $ys $i]} { incr mismatches }
+      incr i
+    }
+    if {$i != [llength $xs]} { incr mismatches }
+  }
+  return "[lindex $lines 0], [expr {[llength $lines] - 1}] rows, $mismatches mismatches, first [lindex $lines 1]"
+}
+
+proc run {} {
+  global res case
+  ::liverefresh::setPaused 1
+  ::liverefresh::waitIdle
+  set p [lindex $::marinewin::projects 0]
+  set ::marinewin::formula {(Fx_hull+Fx_rudder)/2}
+  say "plot: [::marinewin::addFormula]"
+  set items {}
+  foreach spec {{resid 0} {force 0 -1 0} {force 0 0 0} {moment 1 -1 12} {convforce 0 -1 0}
+                {motion 0 2} {disk 1 0} {extra 1} {custom 0}} {
+    lappend items [::marinewin::item $p {*}$spec]
+  }
+  show $items
+  counts start $items
+  set panel [::monwin::panel]
+  say "x axis: [[plotpanel::graph $panel] axis cget x -title]"
+  show [lrange $items 1 1]
+  say "x axis: [[plotpanel::graph $panel] axis cget x -title]"
+  show $items
+
+  # Iterations 11 to 15, the last one half-written; then 16 and 17.
+  solver --iterations 10 --append 5 --cut
+  refresh
+  counts cut $items
+  solver --iterations 15 --append 2
+  refresh
+  counts completed $items
+  say "exact: [exact]"
+
+  show [lrange $items 0 0]
+  plotpanel::setLastCount $panel 4
+  set id [::monwin::curveOfItem [lindex $items 0]]
+  foreach shown [plotpanel::statistics $panel $id] expected [fileStatistics] {
+    lappend both [format %.9g $shown]/[format %.9g $expected]
+  }
+  say "statistics (window/file): $both"
+
+  show [lrange $items 0 1]
+  plotpanel::export $panel csv [file join $case curves.csv]
+  say "csv: [csvCheck [file join $case curves.csv]]"
+  plotpanel::export $panel png [file join $case graph.png]
+  plotpanel::export $panel ps [file join $case graph.ps]
+  say "png: [magic [file join $case graph.png] 4]; ps: [magic [file join $case graph.ps] 2]"
+
+  # A formula whose every point is missing draws nothing; a formula with an
+  # unknown name is refused with its reason.
+  set ::marinewin::formula {sqrt(0-1)}
+  set k [::marinewin::addFormula]
+  show [list [::marinewin::item $p custom $k]]
+  say "missing: [itm_get_custom_plot_points_no $p $k] points, [curves::length [lindex [::monwin::shownCurves] 0]] drawn"
+  set ::marinewin::formula {Fx_nothing * 2 + foo(Fx_hull)}
+  say "refused: [::marinewin::addFormula] $::marinewin::formulaMessage"
+
+  # The solver starts over: only the new run is shown.
+  show $items
+  solver --iterations 7 --seed 2 --stamp {21/11/2026 15:05:09}
+  refresh
+  counts restarted $items
+  say "exact: [exact]; status: $::monwin::status"
+}
+after 0 {
+  if {[catch run message]} { puts "script error: $message $::errorInfo" }
+  itf_quit_command_KELP
+}
+)tcl";
+
+// What the scenario said, without its "> " marks.
+std::vector<std::string> said(const std::string& output) {
+  std::vector<std::string> lines;
+  std::istringstream in(output);
+  std::string line;
+  while (std::getline(in, line)) {
+    if (line.rfind("> ", 0) == 0) lines.push_back(line.substr(2));
+  }
+  return lines;
+}
+
+TEST(MarineWindow, FollowsAGrowingRunThenOnlyTheNewRun) {
+  Installation installation("dune_marine71");
+  const fs::path caseFolder = installation.work() / "case";
+  installation.writeMarineScript("set solver {" MARINE_SOLVER "}\nset case {" + caseFolder.string() +
+                                 "}\nset windowScript {" MONITOR_TCL_DIR "/_monitorTurbo/_monitorMarine/itf_init.tcl}\n" +
+                                 kHelpers + kMarineScenario);
+  const RunResult result = installation.run();
+  ASSERT_TRUE(result.exited) << result.output << result.errors;
+  EXPECT_EQ(result.exitStatus, 1);
+  const std::vector<std::string> lines = said(result.output);
+  ASSERT_GE(lines.size(), 14u) << result.output << result.errors;
+  // Order: residual, forces of hull, keel, moment of rudder, converged Fx of
+  // hull, a motion, a disk quantity, a user quantity, the custom plot. The
+  // iteration that completes time step 3 is cut in its converged rows: its
+  // force rows are whole, its residual row is not.
+  EXPECT_EQ(lines[0], "plot: 0");
+  EXPECT_EQ(lines[1], "start: 10 10 10 10 2 2 2 2 10");
+  EXPECT_EQ(lines[2], "x axis: Nonlinear Iterations");
+  EXPECT_EQ(lines[3], "x axis: Time [s]");
+  EXPECT_EQ(lines[4], "cut: 14 15 15 15 2 2 2 2 15");
+  EXPECT_EQ(lines[5], "completed: 17 17 17 17 3 3 3 3 17");
+  EXPECT_EQ(lines[6], "exact: yes");
+  std::istringstream statistics(lines[7].substr(lines[7].find(':') + 2));
+  std::string pair;
+  int compared = 0;
+  while (statistics >> pair) {
+    const auto slash = pair.find('/');
+    EXPECT_NEAR(std::stod(pair.substr(0, slash)), std::stod(pair.substr(slash + 1)),
+                1e-6 * std::abs(std::stod(pair.substr(slash + 1))) + 1e-15)
+        << lines[7];
+    ++compared;
+  }
+  EXPECT_EQ(compared, 5) << lines[7];
+  EXPECT_EQ(lines[8].substr(0, 45), "csv: curve,x,y, 34 rows, 0 mismatches, first ") << lines[8];
+  EXPECT_EQ(lines[9], "png: \x89PNG; ps: %!");
+  EXPECT_EQ(lines[10], "missing: 17 points, 0 drawn");
+  EXPECT_EQ(lines[11], "refused: -1 Unknown function \"foo\"; Unknown variable \"Fx_nothing\"");
+  EXPECT_EQ(lines[12], "restarted: 7 7 7 7 1 1 1 1 7");
+  EXPECT_EQ(lines[13], "exact: yes; status: ship.res: a new run is on the disk; showing it");
+}
+
+}  // namespace
+}  // namespace e2e
