@@ -178,6 +178,78 @@ after 0 {
 }
 )tcl";
 
+const std::string kTurboScenario = R"tcl(
+source $windowScript
+set res [file join $case stage.res]
+
+# Appends records after the last one, copying its values; the last record
+# may be left half-written and completed later.
+proc appendRecords {count {cut 0}} {
+  global res pendingEnd
+  set in [open $res]
+  set lines [split [string trimright [read $in] \n] \n]
+  close $in
+  set last [lindex $lines end]
+  set number [lindex $last 0]
+  set text ""
+  for {set i 1} {$i <= $count} {incr i} {
+    append text [format %6d [expr {$number + $i}]] [string range $last 6 end] \n
+  }
+  set cutAt [expr {$cut ? [string length $text] - 40 : [string length $text]}]
+  set pendingEnd [string range $text $cutAt end]
+  set out [open $res a]
+  puts -nonewline $out [string range $text 0 $cutAt-1]
+  close $out
+}
+proc completeRecord {} {
+  global res pendingEnd
+  set out [open $res a]
+  puts -nonewline $out $pendingEnd
+  close $out
+}
+# The solver starts over: the header and the first `count` records again.
+proc rewrite {count} {
+  global res
+  set in [open $res]
+  set lines [split [read $in] \n]
+  close $in
+  set out [open $res w]
+  puts $out [join [lrange $lines 0 [expr {9 + $count}]] \n]
+  close $out
+}
+
+proc run {} {
+  ::liverefresh::setPaused 1
+  ::liverefresh::waitIdle
+  set p [lindex $::turbowin::projects 0]
+  set items [list [::turbowin::item $p global 0] [::turbowin::item $p rms 0 0] [::turbowin::item $p max 1 4] \
+                  [::turbowin::item $p rms 0 8] b1/Extrado_1 b2/Intrado]
+  say "equations: [lmap e [::turbowin::equations $p] {lindex $e 0}]"
+  show $items
+  counts start $items
+  say "x axis: [[plotpanel::graph [::monwin::panel]] axis cget x -title]"
+  appendRecords 3 1
+  refresh
+  counts cut $items
+  completeRecord
+  refresh
+  counts completed $items
+  say "exact: [exact]"
+  set ::turbowin::workUnit 1
+  ::turbowin::applyWorkUnit
+  ::liverefresh::waitIdle
+  say "work units: [curves::length [lindex [::monwin::shownCurves] 0]] points from [[curves::xVector [lindex [::monwin::shownCurves] 0]] index 0]; [[plotpanel::graph [::monwin::panel]] axis cget x -title]"
+  rewrite 10
+  refresh
+  counts rewritten $items
+  say "exact: [exact]; status: $::monwin::status"
+}
+after 0 {
+  if {[catch run message]} { puts "script error: $message $::errorInfo" }
+  itf_quit_command
+}
+)tcl";
+
 // What the scenario said, without its "> " marks.
 std::vector<std::string> said(const std::string& output) {
   std::vector<std::string> lines;
@@ -228,6 +300,36 @@ TEST(MarineWindow, FollowsAGrowingRunThenOnlyTheNewRun) {
   EXPECT_EQ(lines[11], "refused: -1 Unknown function \"foo\"; Unknown variable \"Fx_nothing\"");
   EXPECT_EQ(lines[12], "restarted: 7 7 7 7 1 1 1 1 7");
   EXPECT_EQ(lines[13], "exact: yes; status: ship.res: a new run is on the disk; showing it");
+}
+
+TEST(TurbomachineryWindow, FollowsAGrowingFileThenItsRewrite) {
+  Installation installation("dune71");
+  const fs::path caseFolder = installation.work() / "case";
+  fs::create_directories(caseFolder);
+  for (const char* name : {"stage.res", "blade.diag", "blade.prof"})
+    fs::copy_file(fs::path(MONITOR_EXAMPLES_DIR) / "turbo" / name, caseFolder / name);
+  installation.writeTurboScript("set case {" + caseFolder.string() +
+                                "}\nset windowScript {" MONITOR_TCL_DIR "/_monitorTurbo/itf_init.tcl}\n" + kHelpers +
+                                kTurboScenario);
+  const RunResult result = installation.run(RunOptions{}.withArguments(
+      {(caseFolder / "stage.res").string(), (caseFolder / "blade.diag").string(), (caseFolder / "blade.prof").string()}));
+  ASSERT_TRUE(result.exited) << result.output << result.errors;
+  EXPECT_EQ(result.exitStatus, 1);
+  // Lift, rms of d in block 1, max of E in block 2, rms of species sp2 in
+  // block 1, a diagram curve, a profile curve.
+  EXPECT_EQ(said(result.output),
+            (std::vector<std::string>{
+                "equations: d wx wy wz E k eps sp1 sp2",
+                "start: 300 300 300 300 40 60",
+                "x axis: Iterations",
+                "cut: 302 302 302 302 40 60",
+                "completed: 303 303 303 303 40 60",
+                "exact: yes",
+                "work units: 303 points from 1.26404404640198; Work units",
+                "rewritten: 10 10 10 10 40 60",
+                "exact: yes; status: stage.res: the file was written again; showing the new run",
+            }))
+      << result.output << result.errors;
 }
 
 }  // namespace
