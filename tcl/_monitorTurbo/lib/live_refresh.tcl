@@ -1,10 +1,10 @@
 # The live refresh: a timer asks the program to read what the solver has
 # appended, then the shown curves fetch their new points.
 #
-# Fetching runs in slices of at most `slice` points between which the event
-# loop turns, so that a curve of a million points coming in for the first time
-# does not freeze the window; a refresh of a running computation usually fits
-# in one slice.
+# Fetching runs in slices of about `sliceMs` milliseconds between which the
+# event loop turns, so that a curve of a million points coming in for the
+# first time does not freeze the window; a refresh of a running computation
+# fits in one slice.
 
 namespace eval ::liverefresh {
     variable periodMs 5000
@@ -12,7 +12,9 @@ namespace eval ::liverefresh {
     variable timer ""
     variable pumping ""
     variable queue {}
-    variable slice 50000
+    variable sliceMs 40
+    # Points fetched between two looks at the clock.
+    variable chunk 2000
     # Set to 1 whenever every queued curve has been fetched (tests wait on it).
     variable idle 1
     # Command prefixes: update (answers 1 when the program read something new),
@@ -94,13 +96,14 @@ proc ::liverefresh::queueCurves {ids} {
 
 proc ::liverefresh::pump {} {
     variable queue
-    variable slice
+    variable sliceMs
+    variable chunk
     variable idle
     variable pumping
     set pumping ""
-    set budget $slice
+    set end [expr {[clock milliseconds] + $sliceMs}]
     set touched {}
-    while {$budget > 0 && [llength $queue] > 0} {
+    while {[clock milliseconds] < $end && [llength $queue] > 0} {
         set id [lindex $queue 0]
         if {![curves::exists $id]} {
             set queue [lrange $queue 1 end]
@@ -108,19 +111,15 @@ proc ::liverefresh::pump {} {
         }
         set generation [curves::generation $id]
         set pending [curves::pending $id]
-        set asked [expr {min($budget, $pending)}]
+        set asked [expr {min($chunk, $pending)}]
         set got 0
-        if {$asked > 0} {
-            if {[catch {curves::fetch $id $asked} got]} {
-                # A curve that cannot be read must not stop the others.
-                callHook status "Could not read [curves::label $id]: $got"
-                set got 0
-                set asked 0
-                set pending -1
-            }
-            incr budget -$asked
+        if {$asked > 0 && [catch {curves::fetch $id $asked} got]} {
+            # A curve that cannot be read must not stop the others.
+            callHook status "Could not read [curves::label $id]: $got"
+            set got 0
+            set pending -1
         }
-        if {$got > 0 || $generation != [curves::generation $id]} { lappend touched $id }
+        if {($got > 0 || $generation != [curves::generation $id]) && $id ni $touched} { lappend touched $id }
         # Done, or stopped at a position that cannot be read yet.
         if {$got == $pending || $got < $asked} { set queue [lrange $queue 1 end] }
     }
