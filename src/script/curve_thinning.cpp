@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace plot {
 
@@ -9,16 +10,39 @@ namespace {
 
 constexpr std::size_t kPointsKeptPerColumn = 4;
 
+// The lowest and highest value of y[begin, end). Four running pairs, so that
+// the comparisons do not wait on each other; a column holds thousands of
+// points when a long curve is drawn.
+std::pair<double, double> extremes(std::span<const double> y, std::size_t begin, std::size_t end) {
+  double low[4] = {y[begin], y[begin], y[begin], y[begin]};
+  double high[4] = {y[begin], y[begin], y[begin], y[begin]};
+  std::size_t i = begin;
+  for (; i + 4 <= end; i += 4) {
+    for (std::size_t k = 0; k < 4; ++k) {
+      low[k] = std::min(low[k], y[i + k]);
+      high[k] = std::max(high[k], y[i + k]);
+    }
+  }
+  for (; i < end; ++i) {
+    low[0] = std::min(low[0], y[i]);
+    high[0] = std::max(high[0], y[i]);
+  }
+  return {std::min(std::min(low[0], low[1]), std::min(low[2], low[3])),
+          std::max(std::max(high[0], high[1]), std::max(high[2], high[3]))};
+}
+
 // Appends the first, lowest, highest and last point of [begin, end), in
 // their order along the curve, without repeating a point.
 void keepColumnExtremes(std::span<const double> x, std::span<const double> y, std::size_t begin,
                         std::size_t end, ThinnedPoints& out) {
-  std::size_t lowest = begin;
-  std::size_t highest = begin;
-  for (std::size_t i = begin + 1; i < end; ++i) {
-    if (y[i] < y[lowest]) lowest = i;
-    if (y[i] > y[highest]) highest = i;
-  }
+  const auto [lowValue, highValue] = extremes(y, begin, end);
+  const auto column = y.subspan(begin, end - begin);
+  const auto position = [&](double value) {
+    const auto found = std::find(column.begin(), column.end(), value);
+    return begin + static_cast<std::size_t>(found == column.end() ? 0 : found - column.begin());
+  };
+  const std::size_t lowest = position(lowValue);
+  const std::size_t highest = position(highValue);
   std::size_t kept[] = {begin, std::min(lowest, highest), std::max(lowest, highest), end - 1};
   std::size_t previous = end;  // no point kept yet
   for (const std::size_t i : kept) {
@@ -52,17 +76,23 @@ ThinnedPoints thinToColumns(std::span<const double> x, std::span<const double> y
   out.x.reserve(kPointsKeptPerColumn * (columnCount + 2));
   out.y.reserve(kPointsKeptPerColumn * (columnCount + 2));
   const double columnWidth = (xMax - xMin) / static_cast<double>(columnCount);
-  auto columnOf = [&](double value) {
-    if (value < xMin) return std::ptrdiff_t{-1};
-    if (value > xMax) return static_cast<std::ptrdiff_t>(columnCount);
-    return std::min(static_cast<std::ptrdiff_t>((value - xMin) / columnWidth),
-                    static_cast<std::ptrdiff_t>(columnCount) - 1);
-  };
+  const auto at = [&xs](std::size_t i) { return xs.begin() + static_cast<std::ptrdiff_t>(i); };
   std::size_t begin = first;
   while (begin < last) {
-    const std::ptrdiff_t column = columnOf(xs[begin]);
+    // The column of the point at `begin` runs up to the first abscissa of
+    // the next column; the neighbours outside the range are columns of
+    // their own.
+    const double x0 = xs[begin];
     std::size_t end = begin + 1;
-    while (end < last && columnOf(xs[end]) == column) ++end;
+    if (x0 >= xMin && x0 <= xMax) {
+      const auto column = std::min(static_cast<std::size_t>((x0 - xMin) / columnWidth), columnCount - 1);
+      end = column + 1 == columnCount
+                ? static_cast<std::size_t>(std::upper_bound(at(begin), at(last), xMax) - xs.begin())
+                : static_cast<std::size_t>(
+                      std::lower_bound(at(begin), at(last), xMin + static_cast<double>(column + 1) * columnWidth) -
+                      xs.begin());
+      end = std::max(end, begin + 1);
+    }
     keepColumnExtremes(xs, y, begin, end, out);
     begin = end;
   }

@@ -90,6 +90,11 @@ proc ::turbowin::syncProjects {} {
         $tree insert {} end -id $node($project) -text [file tail $project] -open 1
         rebuild $project
         itf_set_current_nbIter {*}$::turbowin::drawnCell $project 1
+        # Something to look at straight away: the flow equations of block 1.
+        if {[llength [$tree selection]] == 0 && [$tree exists $node($project)/block/0/rms]} {
+            $tree selection set [lrange [$tree children $node($project)/block/0/rms] 0 4]
+            ::monwin::selectionChanged
+        }
     }
 }
 

@@ -64,7 +64,9 @@ std::string diskHeader(const CaseSetup& setup) {
   variables.word("VARIABLES").word("=").word("\"T\"");
   for (int disk = 1; disk <= setup.actuatorDisks; ++disk) {
     for (const std::string_view quantity : kDiskQuantities) {
-      variables.word("\"" + std::string(quantity) + std::to_string(disk) + "\"");
+      std::string name(1, '"');
+      name.append(quantity).append(std::to_string(disk)).push_back('"');
+      variables.word(name);
     }
   }
   return variables.line() + "ZONE T=\"actuator disks\"\n";

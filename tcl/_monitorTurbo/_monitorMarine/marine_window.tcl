@@ -78,6 +78,13 @@ proc ::marinewin::openComputation {path} {
     [::monwin::tree] insert {} end -id $node($project) -text [file tail $project] -open 1
     rebuild $project
     itf_set_current_nbIter_KELP $::marinewin::drawnSlot $project 1
+    # Something to look at straight away: the residuals of the first run.
+    set tree [::monwin::tree]
+    if {[llength [$tree selection]] == 0} {
+        $tree item $node($project)/resids -open 1
+        $tree selection set [$tree children $node($project)/resids]
+        ::monwin::selectionChanged
+    }
     ::monwin::setStatus "Opened $project"
     return $project
 }

@@ -59,6 +59,8 @@ proc ::monwin::build {title quit} {
         -command {::liverefresh::setPaused $::monwin::paused}
     ttk::label .main.status.text -textvariable ::monwin::status -anchor w
     pack .main.status.refresh .main.status.pause -side left -padx 2
+    plotpanel::tip .main.status.refresh "Read what the solver has written since the last refresh (F5)"
+    plotpanel::tip .main.status.pause "Stop the timed refresh; Refresh now still works"
     pack .main.status.text -side left -fill x -expand 1 -padx 6
     pack .main.status -side bottom -fill x
     pack .main.pane -side top -fill both -expand 1

@@ -13,6 +13,7 @@
 
 namespace eval ::plotpanel {
     variable panel
+    variable redrawEveryMs 300
     variable palette {#1f77b4 #d62728 #2ca02c #ff7f0e #9467bd #8c564b #e377c2 #17becf #7f7f7f #bcbd22}
 }
 
@@ -31,6 +32,7 @@ proc ::plotpanel::create {w args} {
     set panel($w,lastCount) 100
     set panel($w,view) {}
     set panel($w,readout) ""
+    set panel($w,lastRedraw) 0
 
     set bar [ttk::frame $w.bar]
     ttk::button $bar.unzoom -text "Unzoom" -command [list ::plotpanel::unzoom $w]
@@ -52,6 +54,9 @@ proc ::plotpanel::create {w args} {
     bind $bar.last <Return> [list ::plotpanel::updateStatistics $w]
     bind $bar.last <FocusOut> [list ::plotpanel::updateStatistics $w]
     pack $bar.unzoom $bar.full $bar.legend $bar.log $bar.cross $bar.export -side left -padx 2
+    tip $bar.unzoom "Back one zoom (also the right mouse button)"
+    tip $bar.full "Show every point: leave all zooms and pans"
+    tip $bar.last "Number of last points the statistics cover (empty: all)"
     pack $bar.lastUnit $bar.last $bar.lastLabel -side right -padx 2
 
     blt::graph $g -title "" -plotbackground white -height 360 -width 640
@@ -86,6 +91,12 @@ proc ::plotpanel::create {w args} {
     pack $g -side top -fill both -expand 1
     applyOptions $w
     return $w
+}
+
+# A help text that pops up when the pointer rests on a widget (Tix balloon).
+proc ::plotpanel::tip {widget text} {
+    if {![winfo exists .balloon]} { tixBalloon .balloon -initwait 700 }
+    .balloon bind $widget -msg $text
 }
 
 proc ::plotpanel::graph {w} {
@@ -188,6 +199,7 @@ proc ::plotpanel::redraw {w} {
             ::plotpanel::dx_$id ::plotpanel::dy_$id $low $high $columns
     }
     set panel($w,view) [list $low $high $columns [zoomed $w]]
+    set panel($w,lastRedraw) [clock milliseconds]
     updateStatistics $w
 }
 
@@ -208,10 +220,19 @@ proc ::plotpanel::curvesChanged {w ids} {
     }
 }
 
+# Redraws once the events in hand are handled; while a long curve comes in
+# slice by slice, at most every `redrawEveryMs` so that fetching keeps the
+# processor.
 proc ::plotpanel::scheduleRedraw {w} {
     variable panel
+    variable redrawEveryMs
     if {[info exists panel($w,pending)]} return
-    set panel($w,pending) [after idle [list ::plotpanel::redrawNow $w]]
+    set wait [expr {$panel($w,lastRedraw) + $redrawEveryMs - [clock milliseconds]}]
+    if {$wait > 0} {
+        set panel($w,pending) [after $wait [list after idle [list ::plotpanel::redrawNow $w]]]
+    } else {
+        set panel($w,pending) [after idle [list ::plotpanel::redrawNow $w]]
+    }
 }
 
 proc ::plotpanel::redrawNow {w} {

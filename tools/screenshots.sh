@@ -1,0 +1,86 @@
+#!/usr/bin/env bash
+# Takes the README's pictures of both windows, under a virtual display:
+#   docs/images/marine-window.png   a marine run written by the solver stand-in
+#   docs/images/turbo-window.png    the turbomachinery example
+#
+# Usage: tools/screenshots.sh [OUTPUT-FOLDER]
+# The monitor is installed (tools/install.sh) into a temporary folder with a
+# registry file of its own; each start-up script gets a few lines that choose
+# the curves, photograph the screen (xwd, netpbm) and quit.
+set -euo pipefail
+
+repo=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+out=${1:-$repo/docs/images}
+mkdir -p "$out"
+out=$(cd "$out" && pwd)
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+export TALVIK_REGISTRY=$work/registry
+export HOME=$work/home
+mkdir -p "$HOME"
+
+bash "$repo/tools/install.sh" "$work/apps" >/dev/null
+build_dir=${MONITOR_INSTALL_BUILD_DIR:-$repo/build-install}
+cmake --build "$build_dir" -j2 --target marine_solver >/dev/null
+"$build_dir/bin/marine_solver" --out "$work/ship" --iterations 400 --stamp "21/11/2026 14:05:09" >/dev/null
+
+# Lines added to a start-up script: `photograph` waits for the window to
+# settle, then writes the part of the screen that the window covers.
+common='
+proc photograph {file} {
+  ::liverefresh::waitIdle
+  update
+  after 500
+  update
+  set width [expr {[winfo rootx .] + [winfo width .]}]
+  set height [expr {[winfo rooty .] + [winfo height .]}]
+  exec sh -c "xwd -root -silent | xwdtopnm 2>/dev/null | pnmcut -left 0 -top 0 -width $width -height $height | pnmtopng > [list $file]"
+  puts "screenshots: wrote $file"
+}
+proc show {items} {
+  foreach item $items { [::monwin::tree] see $item }
+  [::monwin::tree] selection set $items
+  ::monwin::selectionChanged
+}
+proc pointAt {fractionX fractionY} {
+  set g [plotpanel::graph [::monwin::panel]]
+  update
+  event generate $g <Motion> -x [expr {int([winfo width $g] * $fractionX)}] -y [expr {int([winfo height $g] * $fractionY)}]
+}
+'
+
+marine_script=$work/apps/dune_marine71/_tcl/_monitorTurbo/_monitorMarine/itf_init.tcl
+cat >> "$marine_script" <<TCL
+$common
+after 0 {
+  ::liverefresh::setPaused 1
+  ::liverefresh::waitIdle
+  set p [lindex \$::marinewin::projects 0]
+  set ::marinewin::formula {(Fx_hull + Fx_rudder) / 2}
+  ::marinewin::addFormula
+  show [list [::marinewin::item \$p force 0 -1 0] [::marinewin::item \$p force 0 -1 2] [::marinewin::item \$p custom 0]]
+  plotpanel::setLastCount [::monwin::panel] 50
+  pointAt 0.6 0.4
+  photograph {$out/marine-window.png}
+  itf_quit_command_KELP
+}
+TCL
+
+turbo_script=$work/apps/dune71/_tcl/_monitorTurbo/itf_init.tcl
+cat >> "$turbo_script" <<TCL
+$common
+after 0 {
+  ::liverefresh::setPaused 1
+  ::liverefresh::waitIdle
+  set p [lindex \$::turbowin::projects 0]
+  show [list [::turbowin::item \$p rms 0 0] [::turbowin::item \$p rms 0 4] [::turbowin::item \$p rms 0 5] [::turbowin::item \$p rms 0 7]]
+  pointAt 0.3 0.5
+  photograph {$out/turbo-window.png}
+  itf_quit_command
+}
+TCL
+
+cd "$work"
+run() { xvfb-run -a -s "-screen 0 1280x800x24" "$@" | grep '^screenshots:' || true; }
+run "$work/apps/dune_marine71/bin/monitor" "$work/ship/ship.res"
+run "$work/apps/dune71/bin/monitor" "$repo/examples/turbo/stage.res"
