@@ -250,6 +250,33 @@ after 0 {
 }
 )tcl";
 
+const std::string kBundledExamples = R"tcl(
+source $windowScript
+proc run {} {
+  ::liverefresh::setPaused 1
+  ::liverefresh::waitIdle
+  set p [lindex $::marinewin::projects 0]
+  set lengths [lmap id [::monwin::shownCurves] {curves::length $id}]
+  say "opened: $::marinewin::projects; shown at once: [llength $lengths] curves of $lengths"
+  set items {}
+  foreach spec {{force 0 -1 0} {convforce 0 -1 0} {motion 0 0} {disk 0 0} {extra 1}} {
+    lappend items [::marinewin::item $p {*}$spec]
+  }
+  show $items
+  counts unsteady $items
+  set s [::marinewin::openComputation steady/ship_steady.res]
+  refresh
+  set items [lmap spec {{force 0 -1 0} {motion 0 0} {disk 0 0} {extra 1}} {::marinewin::item $s {*}$spec}]
+  show $items
+  counts steady $items
+  say "per time step: [[::monwin::tree] exists [::marinewin::item $s conv]]; x axis: [[plotpanel::graph [::monwin::panel]] axis cget x -title]"
+}
+after 0 {
+  if {[catch run message]} { puts "script error: $message $::errorInfo" }
+  itf_quit_command_KELP
+}
+)tcl";
+
 // What the scenario said, without its "> " marks.
 std::vector<std::string> said(const std::string& output) {
   std::vector<std::string> lines;
@@ -300,6 +327,28 @@ TEST(MarineWindow, FollowsAGrowingRunThenOnlyTheNewRun) {
   EXPECT_EQ(lines[11], "refused: -1 Unknown function \"foo\"; Unknown variable \"Fx_nothing\"");
   EXPECT_EQ(lines[12], "restarted: 7 7 7 7 1 1 1 1 7");
   EXPECT_EQ(lines[13], "exact: yes; status: ship.res: a new run is on the disk; showing it");
+}
+
+TEST(MarineWindow, OpensTheBundledExamplesFromTheStartupFolder) {
+  Installation installation("dune_marine71");
+  const fs::path folder = installation.work() / "marine";
+  fs::copy(fs::path(MONITOR_EXAMPLES_DIR) / "marine", folder, fs::copy_options::recursive);
+  installation.writeMarineScript("set windowScript {" MONITOR_TCL_DIR "/_monitorTurbo/_monitorMarine/itf_init.tcl}\n" +
+                                 kHelpers + kBundledExamples);
+  const RunResult result = installation.run(RunOptions{}.withArguments({"-startupdir", folder.string()}));
+  ASSERT_TRUE(result.exited) << result.output << result.errors;
+  EXPECT_EQ(result.exitStatus, 1);
+  // The unsteady run: 60 iterations, 12 time steps; the steady one: 40
+  // iterations, each writing a motion, disk and user row. Its residuals
+  // joined the six shown at once.
+  EXPECT_EQ(said(result.output),
+            (std::vector<std::string>{
+                "opened: ship.res; shown at once: 6 curves of 60 60 60 60 60 60",
+                "unsteady: 60 12 12 12 12",
+                "steady: 40 40 40 40",
+                "per time step: 0; x axis: Nonlinear Iterations",
+            }))
+      << result.output << result.errors;
 }
 
 TEST(TurbomachineryWindow, FollowsAGrowingFileThenItsRewrite) {
