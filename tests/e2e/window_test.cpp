@@ -95,6 +95,7 @@ proc fileStatistics {} {
 # shown curves.
 proc csvCheck {file} {
   set in [open $file]
+  fconfigure $in -encoding utf-8
   set lines [split [string trimright [read $in] \n] \n]
   close $in
   set mismatches 0

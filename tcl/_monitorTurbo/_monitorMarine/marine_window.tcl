@@ -123,10 +123,10 @@ proc ::marinewin::item {project kind args} {
     return [join [list $node($project) $kind {*}$args] /]
 }
 
+# Labels name the computation, so that curves of several computations can be
+# told apart in one plot.
 proc ::marinewin::projectLabel {project} {
-    variable projects
-    if {[llength $projects] > 1} { return " \u2014 [file tail $project]" }
-    return ""
+    return " \u2014 [file tail $project]"
 }
 
 # Counts that decide the shape of a computation's branch; when they change

@@ -374,7 +374,7 @@ proc ::plotpanel::export {w kind file} {
 #   "Fx Hull",1,-12.5
 proc ::plotpanel::exportCsv {w file} {
     set out [open $file w]
-    fconfigure $out -translation lf
+    fconfigure $out -translation lf -encoding utf-8
     puts $out "curve,x,y"
     foreach id [curves $w] {
         set label \"[string map {\" \"\"} [curves::label $id]]\"
