@@ -61,6 +61,13 @@ ThinnedPoints thinToColumns(std::span<const double> x, std::span<const double> y
   const std::size_t size = std::min(x.size(), y.size());
   if (size == 0 || !(xMin <= xMax)) return out;
   const auto xs = x.first(size);
+  if (!std::is_sorted(xs.begin(), xs.end())) {
+    // A shape rather than a history (a blade profile drawn from its
+    // trailing edge): drawn whole.
+    out.x.assign(xs.begin(), xs.end());
+    out.y.assign(y.begin(), y.begin() + static_cast<std::ptrdiff_t>(size));
+    return out;
+  }
   // One point beyond each border, so that the line leaves the plot there.
   std::size_t first = static_cast<std::size_t>(std::lower_bound(xs.begin(), xs.end(), xMin) - xs.begin());
   std::size_t last = static_cast<std::size_t>(std::upper_bound(xs.begin(), xs.end(), xMax) - xs.begin());
@@ -68,7 +75,11 @@ ThinnedPoints thinToColumns(std::span<const double> x, std::span<const double> y
   if (last < size) ++last;
   const std::size_t count = last - first;
   const std::size_t columnCount = columns > 0 ? static_cast<std::size_t>(columns) : 1;
-  if (count <= kPointsKeptPerColumn * columnCount || xMax == xMin) {
+  // The columns divide the part of the range that holds points; an open
+  // range (infinite limits) is the curve's own.
+  xMin = std::max(xMin, xs.front());
+  xMax = std::min(xMax, xs.back());
+  if (count <= kPointsKeptPerColumn * columnCount || !(xMin < xMax)) {
     out.x.assign(xs.begin() + static_cast<std::ptrdiff_t>(first), xs.begin() + static_cast<std::ptrdiff_t>(last));
     out.y.assign(y.begin() + static_cast<std::ptrdiff_t>(first), y.begin() + static_cast<std::ptrdiff_t>(last));
     return out;

@@ -14,12 +14,13 @@ struct ThinnedPoints {
   std::vector<double> y;
 };
 
-// The points of (x, y) whose abscissa lies in [xMin, xMax], plus the nearest
-// point on each side so that the line runs on to the border of the plot.
-// When they are more than four per pixel column, each of the `columns` equal
-// slices of [xMin, xMax] keeps only its first, lowest, highest and last point,
-// in their order along the curve: every spike stays visible and the line stays
-// continuous. The abscissae must not decrease (iterations and times don't).
+// The points of (x, y) whose abscissa lies in [xMin, xMax] (the limits may be
+// infinite), plus the nearest point on each side so that the line runs on to
+// the border of the plot. When they are more than four per pixel column, each
+// of the `columns` equal slices of the range keeps only its first, lowest,
+// highest and last point, in their order along the curve: every spike stays
+// visible and the line stays continuous. A curve whose abscissae go back
+// somewhere (a shape, not a history) is kept whole.
 ThinnedPoints thinToColumns(std::span<const double> x, std::span<const double> y, double xMin, double xMax,
                             int columns);
 

@@ -10,6 +10,9 @@
 namespace eval ::turbowin {
     variable projects {}
     variable node
+    # Numbers tree branches; never goes down, so that a branch id is never
+    # used twice.
+    variable opened 0
     variable signature
     variable blades {}
     variable workUnit 0
@@ -34,8 +37,8 @@ proc ::turbowin::open {residualFiles bladeFiles} {
     ::monwin::setXTitleCommand ::turbowin::abscissaTitle
     ::liverefresh::configure -update ::turbowin::update -afterUpdate ::turbowin::afterUpdate
     itf_work_unit 0
-    foreach path $residualFiles { itf_add_res_file $path }
     syncProjects
+    foreach path $residualFiles { openResidualFile $path }
     foreach path $bladeFiles { openBlade $path }
     ::monwin::start 5
     ::liverefresh::refreshNow
@@ -54,10 +57,22 @@ proc ::turbowin::commandLineBladeFiles {arguments} {
 proc ::turbowin::askOpen {} {
     foreach path [tk_getOpenFile -parent . -multiple 1 -title "Open residual file" \
                       -filetypes {{"Residual files" .res} {"All files" *}}] {
-        itf_add_res_file $path
+        openResidualFile $path
     }
-    syncProjects
     ::liverefresh::refreshNow
+}
+
+# Adds a residual file to the program's projects and to the tree.
+proc ::turbowin::openResidualFile {path} {
+    variable projects
+    foreach project $projects {
+        if {[file normalize $project] eq [file normalize $path]} {
+            ::monwin::setStatus "$path is open already"
+            return
+        }
+    }
+    itf_add_res_file $path
+    syncProjects [list $path]
 }
 
 proc ::turbowin::askOpenBlade {} {
@@ -68,25 +83,22 @@ proc ::turbowin::askOpenBlade {} {
     ::liverefresh::refreshNow
 }
 
-# The projects the program holds: the running ones first, then those added.
-proc ::turbowin::programProjects {} {
-    variable projects
-    set running [lrange [itf_read_running_project] 1 end]
-    set all $running
-    foreach project $projects {
-        if {$project ni $all} { lappend all $project }
-    }
-    return $all
+# The files named on the command line (the program's running projects), in
+# the program's order.
+proc ::turbowin::runningProjects {} {
+    return [lrange [itf_read_running_project] 1 end]
 }
 
-proc ::turbowin::syncProjects {} {
+# Gives a branch to every running project and to each of `added` that has none.
+proc ::turbowin::syncProjects {{added {}}} {
     variable projects
     variable node
+    variable opened
     set tree [::monwin::tree]
-    foreach project [programProjects] {
+    foreach project [concat [runningProjects] $added] {
         if {[info exists node($project)]} continue
         lappend projects $project
-        set node($project) r[llength $projects]
+        set node($project) r[incr opened]
         $tree insert {} end -id $node($project) -text [file tail $project] -open 1
         rebuild $project
         itf_set_current_nbIter {*}$::turbowin::drawnCell $project 1
@@ -98,15 +110,22 @@ proc ::turbowin::syncProjects {} {
     }
 }
 
+# Closes the files opened from the menu among the selection; the files named
+# on the command line stay for the whole session.
 proc ::turbowin::closeSelected {} {
     variable projects
     variable node
     set tree [::monwin::tree]
+    set running [runningProjects]
     set closing {}
     foreach project $projects {
         foreach item [$tree selection] {
             if {$item eq $node($project) || [string first $node($project)/ $item] == 0} {
-                lappend closing $project
+                if {$project in $running} {
+                    ::monwin::setStatus "[file tail $project] was named on the command line and stays open"
+                } else {
+                    lappend closing $project
+                }
                 break
             }
         }

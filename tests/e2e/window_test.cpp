@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <fstream>
+#include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -17,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Helpers shared by both scenarios: `say` prints a line for the test (the
+// Helpers shared by the scenarios: `say` prints a line for the test (the
 // program's own lines come in between); `refresh` is one tick of the live
 // refresh, waited for; `counts` prints the points held by the curves of the
 // listed tree items; `exact` says whether every shown curve holds exactly the
@@ -25,7 +27,13 @@ namespace fs = std::filesystem;
 // twice, none lost, none from another run).
 const std::string kHelpers = R"tcl(
 proc say {text} { puts "> $text" }
-proc refresh {} { ::liverefresh::refreshNow; ::liverefresh::waitIdle; update }
+# Waits for the fetching and the redraw it causes; the scenarios turn off the
+# throttling of redraws right after the window comes up.
+proc settle {} {
+  ::liverefresh::waitIdle
+  update
+}
+proc refresh {} { ::liverefresh::refreshNow; settle }
 proc counts {label items} {
   set line "$label:"
   foreach item $items { append line " [curves::length [::monwin::curveOfItem $item]]" }
@@ -38,7 +46,7 @@ proc exact {} {
     set fetch [curves::get $id fetch]
     for {set i 0} {$i < [{*}[curves::get $id count]]} {incr i} {
       lassign [{*}$fetch $i] x y
-      if {abs($y) < 3.4028235e38} { lappend xs $x; lappend ys $y }
+      if {abs($y) < 3.4e38} { lappend xs $x; lappend ys $y }
     }
     set heldX [[curves::xVector $id] range 0 end]
     set heldY [[curves::yVector $id] range 0 end]
@@ -52,8 +60,7 @@ proc exact {} {
 proc show {items} {
   [::monwin::tree] selection set $items
   ::monwin::selectionChanged
-  ::liverefresh::waitIdle
-  update
+  settle
 }
 proc magic {file count} {
   set in [open $file rb]
@@ -72,6 +79,7 @@ proc solver {args} {
 solver --iterations 10
 set argv [list $res]
 source $windowScript
+set ::plotpanel::redrawEveryMs 0
 
 # Statistics of the last 4 ResU values, from the file's own text.
 proc fileStatistics {} {
@@ -181,6 +189,7 @@ after 0 {
 
 const std::string kTurboScenario = R"tcl(
 source $windowScript
+set ::plotpanel::redrawEveryMs 0
 set res [file join $case stage.res]
 
 # Appends records after the last one, copying its values; the last record
@@ -244,6 +253,23 @@ proc run {} {
   refresh
   counts rewritten $items
   say "exact: [exact]; status: $::monwin::status"
+
+  # A second file opened from the menu gets a branch; the file named on the
+  # command line cannot be closed, the added one can.
+  file copy $::res [file join $::case second.res]
+  ::turbowin::openResidualFile [file join $::case second.res]
+  set second [lindex $::turbowin::projects end]
+  set items [list [::turbowin::item $second rms 0 0] b2/Intrado]
+  show $items
+  counts "second file" $items
+  # Drawn whole (in tree order: the profile side first), short as they are.
+  say "drawn: [lmap id [::monwin::shownCurves] {::plotpanel::dx_$id length}]"
+  show [list [::turbowin::item $p global 0]]
+  ::turbowin::closeSelected
+  say "branches: [[::monwin::tree] children {}]; status: $::monwin::status"
+  show [list [::turbowin::item $second global 0]]
+  ::turbowin::closeSelected
+  say "branches: [[::monwin::tree] children {}]; projects: [itf_read_running_project]"
 }
 after 0 {
   if {[catch run message]} { puts "script error: $message $::errorInfo" }
@@ -253,30 +279,79 @@ after 0 {
 
 const std::string kBundledExamples = R"tcl(
 source $windowScript
+set ::plotpanel::redrawEveryMs 0
 proc run {} {
   ::liverefresh::setPaused 1
   ::liverefresh::waitIdle
   set p [lindex $::marinewin::projects 0]
   set lengths [lmap id [::monwin::shownCurves] {curves::length $id}]
-  say "opened: $::marinewin::projects; shown at once: [llength $lengths] curves of $lengths"
+  set maximum [lindex [plotpanel::statistics [::monwin::panel] [lindex [::monwin::shownCurves] 0]] end]
+  say "opened: $::marinewin::projects; shown at once: [llength $lengths] curves of $lengths; largest ResU $maximum"
   set items {}
   foreach spec {{force 0 -1 0} {convforce 0 -1 0} {motion 0 0} {disk 0 0} {extra 1}} {
     lappend items [::marinewin::item $p {*}$spec]
   }
   show $items
   counts unsteady $items
+
+  # A plot whose first points are undefined: they stay out, and a refresh
+  # that brings nothing new reads nothing again.
+  set ::marinewin::formula {sqrt(t - 0.3)}
+  set k [::marinewin::addFormula]
+  set id [::monwin::curveOfItem [::marinewin::item $p custom $k]]
+  ::liverefresh::waitIdle
+  set before [curves::get $id fetched]
+  refresh
+  say "sqrt(t - 0.3): [curves::length $id] of [itm_get_custom_plot_points_no $p $k] points; read again: [expr {[curves::get $id fetched] - $before}]"
+
+  # Zoomed on negative forces, then residuals of another computation.
+  show [list [::marinewin::item $p force 0 -1 0]]
+  set g [plotpanel::graph [::monwin::panel]]
+  $g axis configure y -min -3000 -max -1000
+  $g axis configure x -min 0.1 -max 0.2
   set s [::marinewin::openComputation steady/ship_steady.res]
   refresh
+  show [list [::marinewin::item $s resid 0] [::marinewin::item $s resid 1]]
+  counts "steady residuals" [list [::marinewin::item $s resid 0] [::marinewin::item $s resid 1]]
   set items [lmap spec {{force 0 -1 0} {motion 0 0} {disk 0 0} {extra 1}} {::marinewin::item $s {*}$spec}]
   show $items
   counts steady $items
-  say "per time step: [[::monwin::tree] exists [::marinewin::item $s conv]]; x axis: [[plotpanel::graph [::monwin::panel]] axis cget x -title]"
+  say "per time step: [[::monwin::tree] exists [::marinewin::item $s conv]]; x axis: [$g axis cget x -title]"
+
+  # Closing the first computation and opening it again gives it a branch of
+  # its own.
+  ::marinewin::closeComputation $p
+  set again [::marinewin::openComputation ship.res]
+  refresh
+  show [list [::marinewin::item $again force 0 -1 0] [::marinewin::item $s force 0 -1 0]]
+  counts "closed and opened again" [list [::marinewin::item $again force 0 -1 0] [::marinewin::item $s force 0 -1 0]]
+  say "branches: [[::monwin::tree] children {}]"
 }
 after 0 {
   if {[catch run message]} { puts "script error: $message $::errorInfo" }
   itf_quit_command_KELP
 }
 )tcl";
+
+// Replaces the value of `column` (0-based, blank-separated) in the data row
+// of iteration `iteration` of a marine residual file.
+void setResidualValue(const fs::path& file, int iteration, std::size_t column, const std::string& value) {
+  std::ifstream in(file);
+  std::ostringstream edited;
+  std::string line;
+  while (std::getline(in, line)) {
+    if (line.rfind(std::to_string(iteration) + " ", 0) == 0) {
+      std::istringstream words(line);
+      std::vector<std::string> row{std::istream_iterator<std::string>(words), {}};
+      row.at(column) = value;
+      line.clear();
+      for (const std::string& word : row) line += (line.empty() ? "" : " ") + word;
+    }
+    edited << line << '\n';
+  }
+  in.close();
+  std::ofstream(file) << edited.str();
+}
 
 // What the scenario said, without its "> " marks.
 std::vector<std::string> said(const std::string& output) {
@@ -334,20 +409,27 @@ TEST(MarineWindow, OpensTheBundledExamplesFromTheStartupFolder) {
   Installation installation("dune_marine71");
   const fs::path folder = installation.work() / "marine";
   fs::copy(fs::path(MONITOR_EXAMPLES_DIR) / "marine", folder, fs::copy_options::recursive);
+  // Columns: itnl cpums t ResU ResV ... Values beyond single precision are
+  // points the solver did not give.
+  setResidualValue(folder / "ship.res", 3, 3, "1e39");
+  setResidualValue(folder / "ship.res", 4, 4, "-1e40");
   installation.writeMarineScript("set windowScript {" MONITOR_TCL_DIR "/_monitorTurbo/_monitorMarine/itf_init.tcl}\n" +
                                  kHelpers + kBundledExamples);
   const RunResult result = installation.run(RunOptions{}.withArguments({"-startupdir", folder.string()}));
   ASSERT_TRUE(result.exited) << result.output << result.errors;
   EXPECT_EQ(result.exitStatus, 1);
-  // The unsteady run: 60 iterations, 12 time steps; the steady one: 40
-  // iterations, each writing a motion, disk and user row. Its residuals
-  // joined the six shown at once.
+  // The unsteady run: 60 iterations, 12 time steps (t = 0.05 to 0.6); the
+  // steady one: 40 iterations, each writing a motion, disk and user row.
   EXPECT_EQ(said(result.output),
             (std::vector<std::string>{
-                "opened: ship.res; shown at once: 6 curves of 60 60 60 60 60 60",
+                "opened: ship.res; shown at once: 6 curves of 59 59 60 60 60 60; largest ResU 0.84867000579834",
                 "unsteady: 60 12 12 12 12",
+                "sqrt(t - 0.3): 35 of 60 points; read again: 0",
+                "steady residuals: 40 40",
                 "steady: 40 40 40 40",
                 "per time step: 0; x axis: Nonlinear Iterations",
+                "closed and opened again: 60 40",
+                "branches: p2 p3",
             }))
       << result.output << result.errors;
 }
@@ -378,6 +460,10 @@ TEST(TurbomachineryWindow, FollowsAGrowingFileThenItsRewrite) {
                 "work units: 303 points from 1.26404404640198; Work units",
                 "rewritten: 10 10 10 10 40 60",
                 "exact: yes; status: stage.res: the file was written again; showing the new run",
+                "second file: 10 60",
+                "drawn: 60 10",
+                "branches: r1 b1 b2 r2; status: stage.res was named on the command line and stays open",
+                "branches: r1 b1 b2; projects: 1 {" + (caseFolder / "stage.res").string() + "} ",
             }))
       << result.output << result.errors;
 }

@@ -4,6 +4,7 @@
 #include <tcl.h>
 
 #include <cmath>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,19 @@ TEST(CurveThinning, FewPointsAreKeptAsTheyAreWithOneNeighbourOutsideEachBorder) 
   EXPECT_TRUE(plot::thinToColumns(x, y, 20.0, 30.0, 100).x == std::vector<double>{9});
   EXPECT_TRUE(plot::thinToColumns({}, {}, 0.0, 1.0, 100).x.empty());
   EXPECT_TRUE(plot::thinToColumns(x, y, 5.0, 1.0, 100).x.empty());
+}
+
+TEST(CurveThinning, OpenLimitsTakeTheCurvesOwnRangeAndShapesAreKeptWhole) {
+  const std::vector<double> x = iota(100'000);
+  const std::vector<double> y = iota(100'000);
+  const double infinity = std::numeric_limits<double>::infinity();
+  const plot::ThinnedPoints all = plot::thinToColumns(x, y, -infinity, infinity, 100);
+  EXPECT_EQ(all.x.size(), 200u);
+  EXPECT_EQ(all.x.front(), 0.0);
+  EXPECT_EQ(all.x.back(), 99'999.0);
+  // A blade side listed from its trailing edge to its leading edge.
+  const std::vector<double> backwards{0.06, 0.05, 0.03, 0.01, 0.0};
+  EXPECT_EQ(plot::thinToColumns(backwards, backwards, -infinity, infinity, 1).x, backwards);
 }
 
 TEST(CurveThinning, EveryColumnKeepsItsFirstLowestHighestAndLastPointInOrder) {

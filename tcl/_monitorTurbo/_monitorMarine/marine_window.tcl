@@ -14,6 +14,9 @@
 namespace eval ::marinewin {
     variable projects {}
     variable node
+    # Numbers tree branches; never goes down, so that a branch id is never
+    # used twice.
+    variable opened 0
     variable signature
     # Slot of the program's per-computation counters that marks a computation
     # as drawn; the program sets its counters back to 0 when it loads a new
@@ -68,13 +71,20 @@ proc ::marinewin::askOpen {} {
 proc ::marinewin::openComputation {path} {
     variable projects
     variable node
+    variable opened
+    foreach project $projects {
+        if {[file normalize $project] eq [file normalize $path]} {
+            ::monwin::setStatus "$path is open already"
+            return $project
+        }
+    }
     lassign [itf_add_res_file_KELP $path] created project
     if {$created != 1} {
         ::monwin::setStatus "Could not open $path"
         return ""
     }
     lappend projects $project
-    set node($project) p[llength $projects]
+    set node($project) p[incr opened]
     [::monwin::tree] insert {} end -id $node($project) -text [file tail $project] -open 1
     rebuild $project
     itf_set_current_nbIter_KELP $::marinewin::drawnSlot $project 1
@@ -111,6 +121,7 @@ proc ::marinewin::closeComputation {project} {
     itf_remove_res_file_KELP 1 [list $project]
     set at [lsearch -exact $projects $project]
     set projects [lreplace $projects $at $at]
+    unset node($project)
     ::monwin::finishRebuild [$tree selection]
     refreshVariables
 }

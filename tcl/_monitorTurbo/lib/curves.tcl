@@ -8,17 +8,21 @@
 # back to 0 when it drops a run (a restarted or rewritten computation), which
 # tells the curve to forget what it holds instead of mixing two runs.
 #
-# Positions whose value is 3.4028235e38 (the program's mark for NaN and
-# infinities), or not a number at all, are points the solver has not given;
-# they are left out. A curve
-# created with -recheckMissing reads such positions again on later syncs,
-# because the program fills them in once their inputs arrive (custom plots).
+# Positions whose value is the program's mark for NaN and infinities (the
+# largest single-precision float, 3.40282346638529e+38 as the program prints
+# it), or not a number at all, are points the solver has not given; they are
+# left out. A curve created with -recheckMissing reads again the missing
+# positions at its end on later syncs, because the program fills them in once
+# their inputs arrive (custom plots over motions that lag behind the forces);
+# a missing point followed by a given one stays missing.
 
 namespace eval ::curves {
     variable next 0
     variable curve
-    # The program's mark for a missing value: the largest single-precision float.
-    variable missing 3.4028235e38
+    # Values at least this large are the program's mark for a missing value
+    # (just below the largest single-precision float, whatever the digits
+    # it is printed with).
+    variable missing 3.4028234e38
 }
 
 # Creates a curve and answers its id.
@@ -150,12 +154,15 @@ proc ::curves::fetch {id budget} {
             }
             continue
         }
+        set firstMissing -1
         lappend xs $x
         lappend ys $y
     }
     if {[llength $xs] > 0} {
         $curve($id,x) append $xs
         $curve($id,y) append $ys
+        # Points before a given one are final, missing or not.
+        set curve($id,firstMissing) -1
     }
     if {$firstMissing >= 0 && $curve($id,firstMissing) < 0} {
         set curve($id,firstMissing) $firstMissing

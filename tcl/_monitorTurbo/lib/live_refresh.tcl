@@ -40,7 +40,7 @@ proc ::liverefresh::callHook {name args} {
 
 proc ::liverefresh::setPeriod {seconds} {
     variable periodMs
-    if {[string is double -strict $seconds] && $seconds > 0} {
+    if {[string is double -strict $seconds] && $seconds > 0 && $seconds < 86400} {
         set periodMs [expr {max(100, int($seconds * 1000))}]
     }
     schedule
@@ -61,8 +61,11 @@ proc ::liverefresh::schedule {} {
 }
 
 proc ::liverefresh::tick {} {
-    refreshNow
     schedule
+    if {[catch refreshNow message]} {
+        # The next tick tries again; the user sees why this one failed.
+        callHook status "Refresh failed: $message"
+    }
 }
 
 proc ::liverefresh::setPaused {flag} {
@@ -110,14 +113,17 @@ proc ::liverefresh::pump {} {
             continue
         }
         set generation [curves::generation $id]
-        set pending [curves::pending $id]
-        set asked [expr {min($chunk, $pending)}]
+        set asked 0
         set got 0
-        if {$asked > 0 && [catch {curves::fetch $id $asked} got]} {
+        if {[catch {
+            set pending [curves::pending $id]
+            set asked [expr {min($chunk, $pending)}]
+            if {$asked > 0} { set got [curves::fetch $id $asked] }
+        } message]} {
             # A curve that cannot be read must not stop the others.
-            callHook status "Could not read [curves::label $id]: $got"
-            set got 0
-            set pending -1
+            callHook status "Could not read [curves::label $id]: $message"
+            set queue [lrange $queue 1 end]
+            continue
         }
         if {($got > 0 || $generation != [curves::generation $id]) && $id ni $touched} { lappend touched $id }
         # Done, or stopped at a position that cannot be read yet.

@@ -102,6 +102,7 @@ proc ::monwin::askString {title prompt value} {
     grid $d.entry - -sticky we -padx 8
     grid $d.ok $d.cancel -pady 8
     bind $d.entry <Return> {set ::monwin::done 1}
+    wm protocol $d WM_DELETE_WINDOW {set ::monwin::done 0}
     focus $d.entry
     set ::monwin::done 0
     vwait ::monwin::done
@@ -207,18 +208,27 @@ proc ::monwin::selectionChanged {} {
 }
 
 # Titles and scale follow the shown curves: the mode names the abscissa of the
-# first one; the value axis is logarithmic when every shown curve asks for it.
+# first one; the value axis turns logarithmic when every shown curve asks for
+# it, and linear when one does not (the user's own choice stands until the
+# shown curves ask otherwise). A change of abscissa or of scale leaves the
+# zoom, which belonged to other curves.
 proc ::monwin::updateAxes {} {
     variable shown
     variable xTitleCommand
+    variable axisState
     if {[llength $shown] == 0} return
     set log 1
     foreach id $shown {
         if {![curves::get $id logScale]} { set log 0 }
     }
-    plotpanel::setLogScale [panel] $log
     set xTitle ""
     if {[info exists xTitleCommand]} { set xTitle [{*}$xTitleCommand [lindex $shown 0]] }
+    set state [list $xTitle $log]
+    if {![info exists axisState] || $state ne $axisState} {
+        plotpanel::fullView [panel]
+        plotpanel::setLogScale [panel] $log
+        set axisState $state
+    }
     set yTitle [expr {[llength $shown] == 1 ? [curves::label [lindex $shown 0]] : ""}]
     plotpanel::setTitles [panel] $xTitle $yTitle
 }

@@ -119,6 +119,13 @@ proc ::plotpanel::applyOptions {w} {
     variable panel
     set g [graph $w]
     $g legend configure -hide [expr {!$panel($w,legend)}]
+    if {$panel($w,logY)} {
+        # A logarithmic axis cannot keep limits at or below zero.
+        foreach limit {-min -max} {
+            set value [$g axis cget y $limit]
+            if {$value ne "" && $value <= 0} { $g axis configure y -min "" -max "" }
+        }
+    }
     $g axis configure y -logscale $panel($w,logY)
     $g crosshairs configure -hide [expr {!$panel($w,crosshair)}]
 }
@@ -159,26 +166,13 @@ proc ::plotpanel::removeAll {w} {
     foreach id [curves $w] { removeCurve $w $id }
 }
 
-# The abscissa range the thinning works on: the zoomed range, or all points.
+# The abscissa range the thinning works on: the zoomed range, or everything
+# (each curve is then thinned over its own points).
 proc ::plotpanel::visibleRange {w} {
     set g [graph $w]
     set min [$g axis cget x -min]
     set max [$g axis cget x -max]
-    if {$min ne "" && $max ne ""} { return [list $min $max] }
-    set low ""
-    set high ""
-    foreach id [curves $w] {
-        set x [curves::xVector $id]
-        if {[$x length] == 0} continue
-        set first [$x index 0]
-        set last [$x index end]
-        if {$low eq "" || $first < $low} { set low $first }
-        if {$high eq "" || $last > $high} { set high $last }
-    }
-    if {$low eq ""} { return {0 0} }
-    if {$min ne ""} { set low $min }
-    if {$max ne ""} { set high $max }
-    return [list $low $high]
+    return [list [expr {$min eq "" ? "-Inf" : $min}] [expr {$max eq "" ? "Inf" : $max}]]
 }
 
 proc ::plotpanel::plotWidth {w} {
@@ -261,7 +255,11 @@ proc ::plotpanel::unzoom {w} {
 proc ::plotpanel::fullView {w} {
     global zoomInfo
     set g [graph $w]
+    # Also a zoom half-way: its first corner is set, its outline drawn.
     set zoomInfo($g,stack) {}
+    set zoomInfo($g,corner) A
+    blt::RemoveBindTag $g select-region-$g
+    foreach marker [$g marker names zoom*] { $g marker delete $marker }
     foreach axis {x y} { $g axis configure $axis -min "" -max "" }
     compareView $w
 }
