@@ -25,7 +25,6 @@ proc ::plotpanel::create {w args} {
     set g $w.graph
     set panel($w,graph) $g
     set panel($w,curves) {}
-    set panel($w,colour) 0
     set panel($w,legend) 1
     set panel($w,logY) 0
     set panel($w,crosshair) 1
@@ -80,10 +79,10 @@ proc ::plotpanel::create {w args} {
     ttk::label $w.readout -textvariable ::plotpanel::panel($w,readout) -anchor w
     set stats [ttk::treeview $w.stats -height 4 -columns {points mean deviation minimum maximum} -show {tree headings}]
     $stats heading #0 -text "Curve"
-    $stats column #0 -width 220
-    foreach {column title} {points "Points" mean "Mean" deviation "Std. deviation" minimum "Minimum" maximum "Maximum"} {
+    $stats column #0 -width 280
+    foreach {column title} {points "Points" mean "Mean" deviation "Std. dev." minimum "Minimum" maximum "Maximum"} {
         $stats heading $column -text $title
-        $stats column $column -width 110 -anchor e
+        $stats column $column -width 100 -anchor e
     }
     pack $bar -side top -fill x
     pack $w.stats -side bottom -fill x
@@ -145,8 +144,16 @@ proc ::plotpanel::addCurve {w id} {
     set xs ::plotpanel::dx_$id
     set ys ::plotpanel::dy_$id
     blt::vector create $xs $ys
-    set colour [lindex $palette [expr {$panel($w,colour) % [llength $palette]}]]
-    incr panel($w,colour)
+    # The first colour that no shown curve has, so that colours do not drift
+    # as curves come and go.
+    set used [lmap other [lrange $panel($w,curves) 0 end-1] {$g element cget $other -color}]
+    set colour [lindex $palette [expr {([llength $panel($w,curves)] - 1) % [llength $palette]}]]
+    foreach candidate $palette {
+        if {$candidate ni $used} {
+            set colour $candidate
+            break
+        }
+    }
     $g element create $id -xdata $xs -ydata $ys -label [curves::label $id] -symbol none \
         -color $colour -linewidth 1 -pixels 3
     redraw $w
