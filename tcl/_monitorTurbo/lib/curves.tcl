@@ -172,10 +172,3 @@ proc ::curves::fetch {id budget} {
     storeBookmark $id
     return [expr {$to - $from}]
 }
-
-# Reads everything pending at once (tests and small curves).
-proc ::curves::sync {id} {
-    recheckMissing $id
-    set pending [pending $id]
-    if {$pending > 0} { fetch $id $pending }
-}

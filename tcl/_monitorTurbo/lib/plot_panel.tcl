@@ -169,10 +169,6 @@ proc ::plotpanel::removeCurve {w id} {
     redraw $w
 }
 
-proc ::plotpanel::removeAll {w} {
-    foreach id [curves $w] { removeCurve $w $id }
-}
-
 # The abscissa range the thinning works on: the zoomed range, or everything
 # (each curve is then thinned over its own points).
 proc ::plotpanel::visibleRange {w} {
