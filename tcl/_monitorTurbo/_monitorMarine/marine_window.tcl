@@ -24,7 +24,6 @@ namespace eval ::marinewin {
     variable drawnSlot 46
     variable formula ""
     variable formulaMessage ""
-    variable formulaProject ""
     variable functions {log log10 exp sqrt sin cos tan cotan sinh cosh tanh asin acos atan abs}
 }
 
@@ -460,12 +459,10 @@ proc ::marinewin::formulaVariables {p} {
 }
 
 proc ::marinewin::refreshVariables {} {
-    variable formulaProject
     set list .main.pane.left.formula.variables
     if {![winfo exists $list]} return
     set p [formulaTarget]
     set ::marinewin::formulaProjectLabel [expr {$p eq "" ? "No computation open" : "For [file tail $p]"}]
-    set formulaProject $p
     $list delete 0 end
     if {$p eq ""} return
     foreach name [formulaVariables $p] { $list insert end $name }
