@@ -48,8 +48,7 @@ proc exact {} {
       lassign [{*}$fetch $i] x y
       if {abs($y) < 3.4e38} { lappend xs $x; lappend ys $y }
     }
-    set heldX [[curves::xVector $id] range 0 end]
-    set heldY [[curves::yVector $id] range 0 end]
+    lassign [curves::values $id 0 [curves::length $id]] heldX heldY
     if {[llength $heldX] != [llength $xs]} { return "no: [curves::label $id] holds [llength $heldX] of [llength $xs]" }
     foreach x $xs y $ys hx $heldX hy $heldY {
       if {$x != $hx || $y != $hy} { return "no: [curves::label $id] ($hx, $hy) for ($x, $y)" }
@@ -108,8 +107,7 @@ proc csvCheck {file} {
   close $in
   set mismatches 0
   foreach id [::monwin::shownCurves] {
-    set xs [[curves::xVector $id] range 0 end]
-    set ys [[curves::yVector $id] range 0 end]
+    lassign [curves::values $id 0 [curves::length $id]] xs ys
     set i 0
     foreach line [lrange $lines 1 end] {
       if {![regexp {^"(.*)",([^,]+),([^,]+)$} $line -> label x y] || $label ne [curves::label $id]} continue
@@ -248,7 +246,7 @@ proc run {} {
   set ::turbowin::workUnit 1
   ::turbowin::applyWorkUnit
   ::liverefresh::waitIdle
-  say "work units: [curves::length [lindex [::monwin::shownCurves] 0]] points from [[curves::xVector [lindex [::monwin::shownCurves] 0]] index 0]; [[plotpanel::graph [::monwin::panel]] axis cget x -title]"
+  say "work units: [curves::length [lindex [::monwin::shownCurves] 0]] points from [lindex [curves::values [lindex [::monwin::shownCurves] 0] 0 0] 0 0]; [[plotpanel::graph [::monwin::panel]] axis cget x -title]"
   rewrite 10
   refresh
   counts rewritten $items

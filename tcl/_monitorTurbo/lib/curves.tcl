@@ -1,5 +1,6 @@
 # Curves held by the window: the points of one quantity, fetched from the
-# monitor's data commands into two BLT vectors (abscissae and values).
+# monitor's data commands into a curve of the program's `monitor_curve`
+# command, which keeps them in contiguous arrays and thins them for drawing.
 #
 # A curve is fetched incrementally: it remembers how many positions of the
 # model it has read, and each sync reads only the positions that the model has
@@ -46,9 +47,7 @@ proc ::curves::create {label fetch count args} {
     set curve($id,bookmark) $options(-bookmark)
     set curve($id,recheckMissing) $options(-recheckMissing)
     set curve($id,logScale) $options(-logScale)
-    set curve($id,x) ::curves::x_$id
-    set curve($id,y) ::curves::y_$id
-    blt::vector create $curve($id,x) $curve($id,y)
+    set curve($id,store) [monitor_curve new]
     set curve($id,fetched) 0
     set curve($id,firstMissing) -1
     set curve($id,heldAtMissing) 0
@@ -64,7 +63,7 @@ proc ::curves::exists {id} {
 proc ::curves::destroy {id} {
     variable curve
     if {![exists $id]} return
-    blt::vector destroy $curve($id,x) $curve($id,y)
+    monitor_curve delete $curve($id,store)
     array unset curve $id,*
 }
 
@@ -74,10 +73,12 @@ proc ::curves::get {id field} {
 }
 
 proc ::curves::label {id} { return [get $id label] }
-proc ::curves::xVector {id} { return [get $id x] }
-proc ::curves::yVector {id} { return [get $id y] }
-proc ::curves::length {id} { return [[get $id y] length] }
 proc ::curves::project {id} { return [get $id project] }
+# The name of the curve's points in `monitor_curve`.
+proc ::curves::store {id} { return [get $id store] }
+proc ::curves::length {id} { return [monitor_curve length [get $id store]] }
+# {xs ys} of the points first to last (0-based, both included).
+proc ::curves::values {id first last} { return [monitor_curve values [get $id store] $first $last] }
 
 # Raised every time the curve forgets its points, so that views drop what they
 # drew from the old ones.
@@ -86,8 +87,7 @@ proc ::curves::generation {id} { return [get $id generation] }
 # Forgets every point: the next sync reads the model from its first position.
 proc ::curves::reset {id} {
     variable curve
-    $curve($id,x) length 0
-    $curve($id,y) length 0
+    monitor_curve truncate $curve($id,store) 0
     set curve($id,fetched) 0
     set curve($id,firstMissing) -1
     set curve($id,heldAtMissing) 0
@@ -123,8 +123,7 @@ proc ::curves::pending {id} {
 proc ::curves::recheckMissing {id} {
     variable curve
     if {!$curve($id,recheckMissing) || $curve($id,firstMissing) < 0} return
-    $curve($id,x) length $curve($id,heldAtMissing)
-    $curve($id,y) length $curve($id,heldAtMissing)
+    monitor_curve truncate $curve($id,store) $curve($id,heldAtMissing)
     set curve($id,fetched) $curve($id,firstMissing)
     set curve($id,firstMissing) -1
 }
@@ -150,7 +149,7 @@ proc ::curves::fetch {id budget} {
         if {[catch {expr {abs($x) < $missing && abs($y) < $missing}} given] || !$given} {
             if {$firstMissing < 0} {
                 set firstMissing $i
-                set heldAtMissing [expr {[$curve($id,y) length] + [llength $ys]}]
+                set heldAtMissing [expr {[monitor_curve length $curve($id,store)] + [llength $ys]}]
             }
             continue
         }
@@ -159,8 +158,7 @@ proc ::curves::fetch {id budget} {
         lappend ys $y
     }
     if {[llength $xs] > 0} {
-        $curve($id,x) append $xs
-        $curve($id,y) append $ys
+        monitor_curve append $curve($id,store) $xs $ys
         # Points before a given one are final, missing or not.
         set curve($id,firstMissing) -1
     }

@@ -6,10 +6,10 @@
 #   middle button: drag to pan
 #   pointer: crosshair and the nearest point of any curve in the readout
 #
-# The graph draws thinned copies of the curves (monitor_thin_curve keeps the
+# The graph draws thinned copies of the curves (`monitor_curve thin` keeps the
 # first, lowest, highest and last point of each pixel column of the visible
-# range), so a curve of a million points draws as fast as one of a thousand.
-# Statistics and exports use the full curves.
+# range), so a curve of a million points draws about as fast as one of a
+# thousand. Statistics and exports use the full curves.
 
 namespace eval ::plotpanel {
     variable panel
@@ -192,8 +192,7 @@ proc ::plotpanel::redraw {w} {
     lassign [visibleRange $w] low high
     set columns [plotWidth $w]
     foreach id [curves $w] {
-        monitor_thin_curve [curves::xVector $id] [curves::yVector $id] \
-            ::plotpanel::dx_$id ::plotpanel::dy_$id $low $high $columns
+        monitor_curve thin [curves::store $id] ::plotpanel::dx_$id ::plotpanel::dy_$id $low $high $columns
     }
     set panel($w,view) [list $low $high $columns [zoomed $w]]
     set panel($w,lastRedraw) [clock milliseconds]
@@ -328,7 +327,7 @@ proc ::plotpanel::setLastCount {w count} {
 
 # {count mean deviation minimum maximum} of the last points of a shown curve.
 proc ::plotpanel::statistics {w id} {
-    return [monitor_curve_statistics [curves::yVector $id] [lastCount $w]]
+    return [monitor_curve statistics [curves::store $id] [lastCount $w]]
 }
 
 proc ::plotpanel::updateStatistics {w} {
@@ -379,12 +378,10 @@ proc ::plotpanel::exportCsv {w file} {
     puts $out "curve,x,y"
     foreach id [curves $w] {
         set label \"[string map {\" \"\"} [curves::label $id]]\"
-        set xs [curves::xVector $id]
-        set ys [curves::yVector $id]
-        set count [$xs length]
+        set count [curves::length $id]
         for {set from 0} {$from < $count} {incr from 10000} {
-            set to [expr {min($count, $from + 10000) - 1}]
-            foreach x [$xs range $from $to] y [$ys range $from $to] {
+            lassign [curves::values $id $from [expr {$from + 9999}]] xs ys
+            foreach x $xs y $ys {
                 puts $out "$label,$x,$y"
             }
         }

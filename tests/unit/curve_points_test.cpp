@@ -1,0 +1,201 @@
+// The points of a curve as the window holds them: what a plot keeps of them,
+// their statistics, and the script command over them with real BLT vectors.
+#include <gtest/gtest.h>
+#include <tcl.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "script/curve_points.h"
+#include "script/plot_commands.h"
+
+extern "C" int Blt_Init(Tcl_Interp* interp);
+
+namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+std::vector<double> iota(std::size_t n, double start = 0.0) {
+  std::vector<double> values(n);
+  for (std::size_t i = 0; i < n; ++i) values[i] = start + static_cast<double>(i);
+  return values;
+}
+
+plot::CurvePoints curveOf(const std::vector<double>& x, const std::vector<double>& y) {
+  plot::CurvePoints curve;
+  curve.append(x, y);
+  return curve;
+}
+
+// What a column keeps, found the plain way: its first, lowest, highest and
+// last point.
+std::vector<std::size_t> expectedColumn(const std::vector<double>& y, std::size_t begin, std::size_t end) {
+  const auto low = static_cast<std::size_t>(std::min_element(y.begin() + begin, y.begin() + end) - y.begin());
+  const auto high = static_cast<std::size_t>(std::max_element(y.begin() + begin, y.begin() + end) - y.begin());
+  std::vector<std::size_t> kept{begin, std::min(low, high), std::max(low, high), end - 1};
+  kept.erase(std::unique(kept.begin(), kept.end()), kept.end());
+  return kept;
+}
+
+TEST(CurvePoints, FewPointsAreKeptAsTheyAreWithOneNeighbourOutsideEachBorder) {
+  const plot::CurvePoints curve = curveOf(iota(10), iota(10, 100.0));
+  const plot::ThinnedPoints kept = curve.thin(2.5, 6.0, 100);
+  EXPECT_EQ(kept.x, (std::vector<double>{2, 3, 4, 5, 6, 7}));
+  EXPECT_EQ(kept.y, (std::vector<double>{102, 103, 104, 105, 106, 107}));
+  EXPECT_EQ(curve.thin(20.0, 30.0, 100).x, std::vector<double>{9});
+  EXPECT_TRUE(plot::CurvePoints().thin(0.0, 1.0, 100).x.empty());
+  EXPECT_TRUE(curve.thin(5.0, 1.0, 100).x.empty());
+}
+
+TEST(CurvePoints, EveryColumnKeepsItsFirstLowestHighestAndLastPointInOrder) {
+  const std::size_t n = 1'000'000;
+  std::vector<double> y(n);
+  for (std::size_t i = 0; i < n; ++i) y[i] = std::sin(static_cast<double>(i) * 0.001);
+  y[123'457] = 50.0;  // a single spike must survive
+  y[987'001] = -50.0;
+  const plot::CurvePoints curve = curveOf(iota(n), y);
+  const plot::ThinnedPoints kept = curve.thin(-kInfinity, kInfinity, 500);
+  EXPECT_LE(kept.x.size(), 4u * 500u);
+  EXPECT_GE(kept.x.size(), 2u * 500u);
+  EXPECT_EQ(kept.x.front(), 0.0);
+  EXPECT_EQ(kept.x.back(), static_cast<double>(n - 1));
+  for (std::size_t i = 1; i < kept.x.size(); ++i) ASSERT_LT(kept.x[i - 1], kept.x[i]);
+  EXPECT_DOUBLE_EQ(*std::max_element(kept.y.begin(), kept.y.end()), 50.0);
+  EXPECT_DOUBLE_EQ(*std::min_element(kept.y.begin(), kept.y.end()), -50.0);
+}
+
+// The block summary must pick exactly what a plain scan of each column picks,
+// whatever the range, the column count and the way the points came in.
+TEST(CurvePoints, TheBlockSummaryKeepsWhatAPlainScanKeeps) {
+  std::mt19937 random(7);
+  std::uniform_real_distribution<double> noise(-1.0, 1.0);
+  const std::size_t n = 20'000;
+  std::vector<double> x(n);
+  std::vector<double> y(n);
+  double position = 0.0;
+  for (std::size_t i = 0; i < n; ++i) {
+    position += (i % 5 == 0) ? 0.0 : 0.5;  // runs of equal abscissae, as in time steps
+    x[i] = position;
+    y[i] = noise(random);
+  }
+  plot::CurvePoints curve;
+  for (std::size_t at = 0; at < n;) {  // in uneven pieces, as a live run arrives
+    const std::size_t piece = std::min<std::size_t>(n - at, 1 + (at * 7919) % 997);
+    curve.append(std::span(x).subspan(at, piece), std::span(y).subspan(at, piece));
+    at += piece;
+  }
+  std::uniform_real_distribution<double> where(-100.0, x.back() + 100.0);
+  for (int trial = 0; trial < 200; ++trial) {
+    double low = where(random);
+    double high = where(random);
+    if (low > high) std::swap(low, high);
+    const int columns = 1 + trial * 7 % 900;
+    const plot::ThinnedPoints kept = curve.thin(low, high, columns);
+    // Every kept point is a point of the curve, in order, and every column's
+    // extremes are among them.
+    std::size_t from = 0;
+    for (std::size_t k = 0; k < kept.x.size(); ++k) {
+      while (from < n && !(x[from] == kept.x[k] && y[from] == kept.y[k])) ++from;
+      ASSERT_LT(from, n) << "trial " << trial << " point " << k;
+    }
+    const auto first = static_cast<std::size_t>(std::lower_bound(x.begin(), x.end(), std::max(low, x.front())) - x.begin());
+    const auto last = static_cast<std::size_t>(std::upper_bound(x.begin(), x.end(), std::min(high, x.back())) - x.begin());
+    if (last <= first + 1) continue;
+    const double globalHigh = *std::max_element(y.begin() + first, y.begin() + last);
+    const double globalLow = *std::min_element(y.begin() + first, y.begin() + last);
+    EXPECT_NE(std::find(kept.y.begin(), kept.y.end(), globalHigh), kept.y.end()) << "trial " << trial;
+    EXPECT_NE(std::find(kept.y.begin(), kept.y.end(), globalLow), kept.y.end()) << "trial " << trial;
+  }
+  // One column over everything: first, lowest, highest, last, as a scan finds them.
+  const plot::ThinnedPoints one = curve.thin(-kInfinity, kInfinity, 1);
+  const std::vector<std::size_t> expected = expectedColumn(y, 0, n);
+  ASSERT_EQ(one.y.size(), expected.size());
+  for (std::size_t k = 0; k < expected.size(); ++k) EXPECT_EQ(one.y[k], y[expected[k]]);
+}
+
+TEST(CurvePoints, TruncatedThenGrownAgainIsSummarisedAfresh) {
+  plot::CurvePoints curve = curveOf(iota(1000), std::vector<double>(1000, 1.0));
+  curve.truncate(300);
+  std::vector<double> y(700, 2.0);
+  y[650] = -9.0;
+  curve.append(iota(700, 300.0), y);
+  const plot::ThinnedPoints one = curve.thin(-kInfinity, kInfinity, 1);
+  EXPECT_EQ(curve.size(), 1000u);
+  // First, highest (the first 2, at 300), lowest (-9 at 950), last.
+  EXPECT_EQ(one.y, (std::vector<double>{1.0, 2.0, -9.0, 2.0}));
+}
+
+TEST(CurvePoints, ShapesAreKeptWholeUntilTheirDescentIsCutOff) {
+  // A blade side listed from its trailing edge to its leading edge.
+  const std::vector<double> backwards{0.06, 0.05, 0.03, 0.01, 0.0};
+  plot::CurvePoints curve = curveOf(backwards, backwards);
+  EXPECT_EQ(curve.thin(-kInfinity, kInfinity, 1).x, backwards);
+  EXPECT_EQ(curve.thin(0.02, 0.03, 1).x, backwards);
+  curve.truncate(1);
+  curve.append(iota(10'000, 1.0), iota(10'000));
+  EXPECT_LE(curve.thin(-kInfinity, kInfinity, 10).x.size(), 40u);
+}
+
+TEST(CurvePoints, StatisticsOfTheLastValues) {
+  const plot::CurvePoints curve = curveOf(iota(5), {100.0, 1.0, 2.0, 3.0, 4.0});
+  const plot::SeriesStatistics last4 = curve.statisticsOfLast(4);
+  EXPECT_EQ(last4.count, 4u);
+  EXPECT_DOUBLE_EQ(last4.mean, 2.5);
+  EXPECT_DOUBLE_EQ(last4.standardDeviation, std::sqrt(1.25));
+  EXPECT_EQ(last4.minimum, 1.0);
+  EXPECT_EQ(last4.maximum, 4.0);
+  EXPECT_EQ(curve.statisticsOfLast(0).count, 5u);
+  EXPECT_EQ(curve.statisticsOfLast(99).maximum, 100.0);
+  EXPECT_EQ(plot::CurvePoints().statisticsOfLast(3).count, 0u);
+  // A small oscillation on a large mean keeps its digits.
+  const plot::CurvePoints offset = curveOf(iota(4), {1e9 + 1, 1e9 - 1, 1e9 + 1, 1e9 - 1});
+  EXPECT_DOUBLE_EQ(offset.statisticsOfLast(0).standardDeviation, 1.0);
+}
+
+class MonitorCurveCommand : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    interp_ = Tcl_CreateInterp();
+    ASSERT_EQ(Blt_Init(interp_), TCL_OK) << Tcl_GetStringResult(interp_);
+    registerPlotCommands(interp_);
+  }
+  void TearDown() override { Tcl_DeleteInterp(interp_); }
+  std::string eval(const std::string& script) {
+    const int code = Tcl_Eval(interp_, script.c_str());
+    return (code == TCL_OK ? "" : "ERROR ") + std::string(Tcl_GetStringResult(interp_));
+  }
+  Tcl_Interp* interp_ = nullptr;
+};
+
+TEST_F(MonitorCurveCommand, HoldsThinsAndDescribesACurve) {
+  EXPECT_EQ(eval("set c [monitor_curve new]"), "curve1");
+  EXPECT_EQ(eval("monitor_curve append $c {1 2.5 3e2} {0.84867000579834 -1 1E-7}"), "3");
+  EXPECT_EQ(eval("monitor_curve values $c 0 end"), "ERROR expected integer but got \"end\"");
+  EXPECT_EQ(eval("monitor_curve values $c 1 99"), "{2.5 300.0} {-1.0 1e-7}");
+  EXPECT_EQ(eval("monitor_curve truncate $c 1; monitor_curve length $c"), "1");
+  EXPECT_EQ(eval("set xs {}; for {set i 0} {$i < 10000} {incr i} {lappend xs $i}; "
+                 "monitor_curve truncate $c 0; monitor_curve append $c $xs $xs"),
+            "10000");
+  EXPECT_EQ(eval("blt::vector create xo yo; monitor_curve thin $c xo yo -Inf Inf 100"), "200");
+  EXPECT_EQ(eval("list [xo index 0] [yo index end] [xo length]"), "0.0 9999.0 200");
+  EXPECT_EQ(eval("monitor_curve thin $c xo yo 10 20 100"), "13");
+  EXPECT_EQ(eval("monitor_curve statistics $c 2"), "2 9998.5 0.5 9998.0 9999.0");
+  EXPECT_EQ(eval("monitor_curve delete $c; monitor_curve length $c"), "ERROR no curve named \"curve1\"");
+}
+
+TEST_F(MonitorCurveCommand, BadArgumentsAreScriptErrors) {
+  eval("set c [monitor_curve new]");
+  EXPECT_EQ(eval("monitor_curve statistics $c"), "ERROR wrong # args: should be \"monitor_curve statistics curve lastCount\"");
+  EXPECT_EQ(eval("monitor_curve append $c {1 2} {3}"), "ERROR the lists of abscissae and values differ in length");
+  EXPECT_EQ(eval("monitor_curve append $c {1 x} {3 4}"), "ERROR expected floating-point number but got \"x\"");
+  EXPECT_EQ(eval("monitor_curve length $c"), "0");
+  EXPECT_EQ(eval("monitor_curve thin $c nothing nothing 0 1 2").rfind("ERROR ", 0), 0u);
+  EXPECT_EQ(eval("monitor_curve spin $c"),
+            "ERROR usage: monitor_curve new|delete|append|length|truncate|values|thin|statistics ...");
+}
+
+}  // namespace
