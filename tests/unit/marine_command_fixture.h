@@ -14,6 +14,7 @@
 #include <string_view>
 #include <vector>
 
+#include "command_call.h"
 #include "console_capture.h"
 #include "marine/commands/marine_command_set.h"
 #include "marine/monitor_marine.h"
@@ -51,20 +52,8 @@ std::string resultOf(const Items&... items) {
 
 // Calls the marine command registered as `name` with `arguments`.
 inline Answer run(std::string_view name, const std::vector<std::string>& arguments = {}) {
-  const auto row = std::find_if(marine::kMarineCommands.begin(), marine::kMarineCommands.end(),
-                                [&](const CommandRow& r) { return r.name == name; });
-  if (row == marine::kMarineCommands.end()) {
-    ADD_FAILURE() << "no command " << name;
-    return {};
-  }
-  std::vector<const char*> items;
-  for (const std::string& argument : arguments) items.push_back(argument.c_str());
-  TclArgStream in(static_cast<int>(items.size()), items.data());
-  std::string text;
-  TclResultStream out(text);
   ConsoleCapture console;
-  row->handler(in, out);
-  EXPECT_EQ(out.status(), 0) << name;
+  std::string text = callCommand(marine::kMarineCommands, name, arguments);
   return {text, console.text()};
 }
 

@@ -1,12 +1,8 @@
 // The turbomachinery commands on diagram and profile files: loading, rereading
 // on request, point counts and points.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -20,7 +16,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
 
 // Two extrado points and one intrado point; per point the x of both sections,
 // then their y.
@@ -42,31 +37,9 @@ std::string cannotOpen(const char* kind, const std::string& path) {
   return std::string("*** ") + kind + " file  :: read() Cannot open the file :\n\t\t\t      " + path + "\n";
 }
 
-class TurboBladeCommands : public testing::Test {
+class TurboBladeCommands : public TurboMonitorTest {
  protected:
-  static void SetUpTestSuite() { turbo::buildCurveNameTables(); }
-
-  TurboBladeCommands() {
-    static int made = 0;
-    folder_ = fs::temp_directory_path() /
-              ("turbo_blades_" + std::to_string(::getpid()) + "_" + std::to_string(++made));
-    fs::create_directories(folder_);
-    monitor_ = std::make_unique<turbo::Monitor>(std::vector<std::string>{"monitor"});
-  }
-  ~TurboBladeCommands() override {
-    monitor_.reset();
-    std::error_code ignored;
-    fs::remove_all(folder_, ignored);
-  }
-
-  std::string path(const std::string& name) const { return (folder_ / name).string(); }
-  std::string write(const std::string& name, const std::string& text) const {
-    std::ofstream(path(name), std::ios::binary | std::ios::trunc) << text;
-    return path(name);
-  }
-
-  fs::path folder_;
-  std::unique_ptr<turbo::Monitor> monitor_;
+  TurboBladeCommands() { start(); }
 };
 
 TEST_F(TurboBladeCommands, DiagramCountsAndPoints) {

@@ -1,32 +1,52 @@
-// Calls a turbomachinery command the way the interpreter would, without one.
+// Calls a turbomachinery command the way the interpreter would, without one,
+// on a monitor made for each test beside a scratch folder.
 #pragma once
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <fstream>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "script/tcl_arg_stream.h"
-#include "script/tcl_result_stream.h"
+#include "command_call.h"
+#include "scratch_folder.h"
 #include "turbo/commands/turbo_command_set.h"
+#include "turbo/curve_names.h"
+#include "turbo/monitor.h"
 
-// The answer of the command registered as `name`, called with `arguments`;
-// the command must complete normally.
+// The answer of the turbomachinery command `name` called with `arguments`.
 inline std::string call(std::string_view name, const std::vector<std::string>& arguments = {}) {
-  const auto row = std::find_if(turbo::kTurboCommands.begin(), turbo::kTurboCommands.end(),
-                                [&](const CommandRow& r) { return r.name == name; });
-  if (row == turbo::kTurboCommands.end()) {
-    ADD_FAILURE() << "no command " << name;
-    return {};
-  }
-  std::vector<const char*> items;
-  for (const std::string& argument : arguments) items.push_back(argument.c_str());
-  TclArgStream in(static_cast<int>(items.size()), items.data());
-  std::string text;
-  TclResultStream out(text);
-  row->handler(in, out);
-  EXPECT_EQ(out.status(), 0) << name;
-  return text;
+  return callCommand(turbo::kTurboCommands, name, arguments);
 }
+
+// A scratch folder, and the turbomachinery monitor of a program started by
+// `start`; the process-wide work-unit choice is put back after each test.
+class TurboMonitorTest : public ScratchFolder {
+ protected:
+  static void SetUpTestSuite() { turbo::buildCurveNameTables(); }
+  ~TurboMonitorTest() override {
+    monitor_.reset();
+    turbo::workUnit = 0;
+  }
+
+  std::string path(const std::string& name) const { return pathOf(name); }
+  // Writes a file of the scratch folder and answers its path.
+  std::string write(const std::string& name, const std::string& text) {
+    ScratchFolder::write(name, text);
+    return pathOf(name);
+  }
+  void append(const std::string& file, const std::string& text) const {
+    std::ofstream(file, std::ios::binary | std::ios::app) << text;
+  }
+  // The monitor of a program started with these arguments after its name.
+  turbo::Monitor& start(std::vector<std::string> arguments = {}) {
+    arguments.insert(arguments.begin(), "monitor");
+    monitor_.reset();
+    monitor_ = std::make_unique<turbo::Monitor>(arguments);
+    return *monitor_;
+  }
+
+  std::unique_ptr<turbo::Monitor> monitor_;
+};

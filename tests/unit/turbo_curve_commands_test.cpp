@@ -2,12 +2,8 @@
 // code, residuals by code or by harmonic, relative to the first record, with
 // the iteration number or the work unit as abscissa.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <memory>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -22,7 +18,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
 
 // Records of steps 0 .. records-1, numbered firstIteration, 2 x firstIteration,
 // ...; value p of the record of step s is s * (p + 1) + 0.5, so that a
@@ -43,42 +38,18 @@ std::string records(int count, int values, int firstIteration, bool unsteady = f
   return text.str();
 }
 
-class TurboCurves : public testing::Test {
+class TurboCurves : public TurboMonitorTest {
  protected:
-  static void SetUpTestSuite() { turbo::buildCurveNameTables(); }
-
   TurboCurves() {
-    static int made = 0;
-    folder_ = fs::temp_directory_path() /
-              ("turbo_curves_" + std::to_string(::getpid()) + "_" + std::to_string(++made));
-    fs::create_directories(folder_);
     // Two blocks of 15 equations: five flow equations, two of k-epsilon and
     // eight species; 9 + 60 = 69 values a record.
     kE_ = write("ke.res", "0 3.0 2 3D K-E 8 s1 s2 s3 s4 s5 s6 s7 s8 0 1 STEADY TURBO\n" + records(3, 69, 10));
     // One block of 9 equations, no turbulence model: 27 values a record.
     plain_ = write("plain.res", "1 9\n" + records(3, 27, 100));
   }
-  ~TurboCurves() override {
-    monitor_.reset();
-    turbo::workUnit = 0;
-    std::error_code ignored;
-    fs::remove_all(folder_, ignored);
-  }
 
-  std::string path(const std::string& name) const { return (folder_ / name).string(); }
-  std::string write(const std::string& name, const std::string& text) const {
-    std::ofstream(path(name), std::ios::binary | std::ios::trunc) << text;
-    return path(name);
-  }
-  void start(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), "monitor");
-    monitor_ = std::make_unique<turbo::Monitor>(arguments);
-  }
-
-  fs::path folder_;
   std::string kE_;
   std::string plain_;
-  std::unique_ptr<turbo::Monitor> monitor_;
 };
 
 TEST_F(TurboCurves, GlobalValueOfEachCode) {

@@ -2,12 +2,8 @@
 // by command, removal, the current project and block, mode descriptions,
 // counts, the script's bookmarks and the refresh of growing histories.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <memory>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -22,7 +18,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
 
 // One record of a steady history: the iteration number, then `count` values,
 // value p being step * (p + 1) + 0.5. Against the record of step 0 every
@@ -54,43 +49,7 @@ std::string cannotOpen(const std::string& path) {
 
 const std::string kDefaultMode = "3D {NO-K-E}  0 0 { }  {TURBO} ";
 
-class TurboProjects : public testing::Test {
- protected:
-  static void SetUpTestSuite() { turbo::buildCurveNameTables(); }
-
-  TurboProjects() {
-    static int made = 0;
-    folder_ = fs::temp_directory_path() /
-              ("turbo_projects_" + std::to_string(::getpid()) + "_" + std::to_string(++made));
-    fs::create_directories(folder_);
-  }
-  ~TurboProjects() override {
-    monitor_.reset();
-    turbo::workUnit = 0;
-    std::error_code ignored;
-    fs::remove_all(folder_, ignored);
-  }
-
-  std::string path(const std::string& name) const { return (folder_ / name).string(); }
-  std::string write(const std::string& name, const std::string& text) const {
-    std::ofstream(path(name), std::ios::binary | std::ios::trunc) << text;
-    return path(name);
-  }
-  void append(const std::string& file, const std::string& text) const {
-    std::ofstream(file, std::ios::binary | std::ios::app) << text;
-  }
-
-  // The monitor of a program started with these arguments after its name.
-  turbo::Monitor& start(std::vector<std::string> arguments = {}) {
-    arguments.insert(arguments.begin(), "monitor");
-    monitor_.reset();
-    monitor_ = std::make_unique<turbo::Monitor>(arguments);
-    return *monitor_;
-  }
-
-  fs::path folder_;
-  std::unique_ptr<turbo::Monitor> monitor_;
-};
+class TurboProjects : public TurboMonitorTest {};
 
 TEST(TurboExtension, IsWhatFollowsTheLastDotOfTheWholeArgument) {
   const struct {
