@@ -19,20 +19,12 @@ set -euo pipefail
 
 repo=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 rows=${1:-1000000}
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-export TALVIK_REGISTRY=$work/registry
-export HOME=$work/home
-mkdir -p "$HOME"
-
 # The program as users get it: built in Release and installed, here into a
-# temporary folder with a registry file of its own.
-bash "$repo/tools/install.sh" "$work/apps" >/dev/null
-build_dir=${MONITOR_INSTALL_BUILD_DIR:-$repo/build-install}
-cmake --build "$build_dir" -j2 --target marine_solver >/dev/null
+# temporary folder.
+source "$repo/tools/temporary_installation.sh"
 
 case_folder=$work/case
-"$build_dir/bin/marine_solver" --out "$case_folder" --steady --iterations 1000 --stamp "21/11/2026 14:05:09" >/dev/null
+"$solver" --out "$case_folder" --steady --iterations 1000 --stamp "21/11/2026 14:05:09" >/dev/null
 # The solver's own rows, then rows in its format up to ROWS.
 awk -v rows="$rows" '{ print } END {
   for (i = 1001; i <= rows; i++)

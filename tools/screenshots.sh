@@ -4,8 +4,8 @@
 #   docs/images/turbo-window.png    the turbomachinery example
 #
 # Usage: tools/screenshots.sh [OUTPUT-FOLDER]
-# The monitor is installed (tools/install.sh) into a temporary folder with a
-# registry file of its own; each start-up script gets a few lines that choose
+# The monitor is installed into a temporary folder
+# (tools/temporary_installation.sh); each start-up script gets a few lines that choose
 # the curves, photograph the screen (xwd, netpbm) and quit.
 set -euo pipefail
 
@@ -13,16 +13,8 @@ repo=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 out=${1:-$repo/docs/images}
 mkdir -p "$out"
 out=$(cd "$out" && pwd)
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-export TALVIK_REGISTRY=$work/registry
-export HOME=$work/home
-mkdir -p "$HOME"
-
-bash "$repo/tools/install.sh" "$work/apps" >/dev/null
-build_dir=${MONITOR_INSTALL_BUILD_DIR:-$repo/build-install}
-cmake --build "$build_dir" -j2 --target marine_solver >/dev/null
-"$build_dir/bin/marine_solver" --out "$work/ship" --iterations 400 --stamp "21/11/2026 14:05:09" >/dev/null
+source "$repo/tools/temporary_installation.sh"
+"$solver" --out "$work/ship" --iterations 400 --stamp "21/11/2026 14:05:09" >/dev/null
 
 # Lines added to a start-up script: `photograph` waits for the window to
 # settle, then writes the part of the screen that the window covers.

@@ -27,6 +27,13 @@ namespace fs = std::filesystem;
 // twice, none lost, none from another run).
 const std::string kHelpers = R"tcl(
 proc say {text} { puts "> $text" }
+# Runs the scenario's `run` once the window is up, reports a script error,
+# then quits with the mode's quit command.
+proc runThenQuit {quit} { after 0 [list scenarioThenQuit $quit] }
+proc scenarioThenQuit {quit} {
+  if {[catch run message]} { puts "script error: $message $::errorInfo" }
+  $quit
+}
 # Waits for the fetching and the redraw it causes; the scenarios turn off the
 # throttling of redraws right after the window comes up.
 proc settle {} {
@@ -127,9 +134,9 @@ proc run {} {
   set ::marinewin::formula {(Fx_hull+Fx_rudder)/2}
   say "plot: [::marinewin::addFormula]"
   set items {}
-  foreach spec {{resid 0} {force 0 -1 0} {force 0 0 0} {moment 1 -1 12} {convforce 0 -1 0}
+  foreach curve {{resid 0} {force 0 -1 0} {force 0 0 0} {moment 1 -1 12} {convforce 0 -1 0}
                 {motion 0 2} {disk 1 0} {extra 1} {custom 0}} {
-    lappend items [::marinewin::item $p {*}$spec]
+    lappend items [::marinewin::item $p {*}$curve]
   }
   show $items
   counts start $items
@@ -179,10 +186,7 @@ proc run {} {
   counts restarted $items
   say "exact: [exact]; status: $::monwin::status"
 }
-after 0 {
-  if {[catch run message]} { puts "script error: $message $::errorInfo" }
-  itf_quit_command_KELP
-}
+runThenQuit itf_quit_command_KELP
 )tcl";
 
 const std::string kTurboScenario = R"tcl(
@@ -269,10 +273,7 @@ proc run {} {
   ::turbowin::closeSelected
   say "branches: [[::monwin::tree] children {}]; projects: [itf_read_running_project]"
 }
-after 0 {
-  if {[catch run message]} { puts "script error: $message $::errorInfo" }
-  itf_quit_command
-}
+runThenQuit itf_quit_command
 )tcl";
 
 const std::string kBundledExamples = R"tcl(
@@ -286,8 +287,8 @@ proc run {} {
   set maximum [lindex [plotpanel::statistics [::monwin::panel] [lindex [::monwin::shownCurves] 0]] end]
   say "opened: $::marinewin::projects; shown at once: [llength $lengths] curves of $lengths; largest ResU $maximum"
   set items {}
-  foreach spec {{force 0 -1 0} {convforce 0 -1 0} {motion 0 0} {disk 0 0} {extra 1}} {
-    lappend items [::marinewin::item $p {*}$spec]
+  foreach curve {{force 0 -1 0} {convforce 0 -1 0} {motion 0 0} {disk 0 0} {extra 1}} {
+    lappend items [::marinewin::item $p {*}$curve]
   }
   show $items
   counts unsteady $items
@@ -311,7 +312,7 @@ proc run {} {
   refresh
   show [list [::marinewin::item $s resid 0] [::marinewin::item $s resid 1]]
   counts "steady residuals" [list [::marinewin::item $s resid 0] [::marinewin::item $s resid 1]]
-  set items [lmap spec {{force 0 -1 0} {motion 0 0} {disk 0 0} {extra 1}} {::marinewin::item $s {*}$spec}]
+  set items [lmap curve {{force 0 -1 0} {motion 0 0} {disk 0 0} {extra 1}} {::marinewin::item $s {*}$curve}]
   show $items
   counts steady $items
   say "per time step: [[::monwin::tree] exists [::marinewin::item $s conv]]; x axis: [$g axis cget x -title]"
@@ -325,10 +326,7 @@ proc run {} {
   counts "closed and opened again" [list [::marinewin::item $again force 0 -1 0] [::marinewin::item $s force 0 -1 0]]
   say "branches: [[::monwin::tree] children {}]"
 }
-after 0 {
-  if {[catch run message]} { puts "script error: $message $::errorInfo" }
-  itf_quit_command_KELP
-}
+runThenQuit itf_quit_command_KELP
 )tcl";
 
 // Replaces the value of `column` (0-based, blank-separated) in the data row
