@@ -47,6 +47,7 @@
 #include <system_error>
 #include <vector>
 
+#include "bench_support.h"
 #include "marine/marine_names.h"
 #include "marine/project_monitor_marine.h"
 #include "platform/console.h"
@@ -54,6 +55,11 @@
 namespace {
 
 namespace fs = std::filesystem;
+using bench_support::File;
+using bench_support::openFile;
+using bench_support::processCpuSeconds;
+using bench_support::residentBytes;
+using bench_support::threadCpuSeconds;
 
 constexpr std::size_t kDefaultResidualRows = 1000000;
 // The solver writes the forces every fifth iteration.
@@ -111,18 +117,10 @@ enum class GrowingCase { small = 0, full = 1, fullCapacity = 2 };
 // Writes text through a fixed buffer that lives outside the heap, so that
 // writing the files leaves the allocator as it found it (the memory figure
 // reads the process's resident size).
-class RowWriter {
+// The rows of a marine case's files.
+class RowWriter : public bench_support::TextRows {
  public:
-  explicit RowWriter(std::FILE* file) : file_(file) {}
-  ~RowWriter() { flush(); }
-  RowWriter(const RowWriter&) = delete;
-  RowWriter& operator=(const RowWriter&) = delete;
-
-  void text(std::string_view chars) {
-    room(chars.size());
-    std::copy(chars.begin(), chars.end(), buffer_.data() + used_);
-    used_ += chars.size();
-  }
+  using TextRows::TextRows;
 
   // One residual row of a steady run: "itnl cpums ResU ResV ResW ResP ResK",
   // the residuals falling with noise five decades every 200000 iterations
@@ -167,60 +165,9 @@ class RowWriter {
     end();
   }
 
-  void flush() {
-    if (used_ != 0 && std::fwrite(buffer_.data(), 1, used_, file_) != used_) {
-      throw std::runtime_error("cannot write a benchmark file");
-    }
-    used_ = 0;
-  }
-
  private:
   static constexpr std::size_t kMaxRowChars = 512;
-
-  void room(std::size_t count) {
-    if (buffer_.size() - used_ < count) flush();
-  }
-  char* at() { return buffer_.data() + used_; }
-  char* limit() { return buffer_.data() + buffer_.size(); }
-  void advance(char* to) {
-    *to++ = ' ';
-    used_ = static_cast<std::size_t>(to - buffer_.data());
-  }
-  void integer(std::int64_t value) { advance(std::to_chars(at(), limit(), value).ptr); }
-  void fixed(double value, int precision) {
-    advance(std::to_chars(at(), limit(), value, std::chars_format::fixed, precision).ptr);
-  }
-  void scientific(double value, int precision) {
-    advance(std::to_chars(at(), limit(), value, std::chars_format::scientific, precision).ptr);
-  }
-  void general(double value, int precision) {
-    advance(std::to_chars(at(), limit(), value, std::chars_format::general, precision).ptr);
-  }
-  void end() { buffer_[used_ - 1] = '\n'; }
-  // Uniform in [-amplitude, amplitude], from a fixed-seed generator.
-  double noise(double amplitude) {
-    state_ ^= state_ << 13;
-    state_ ^= state_ >> 7;
-    state_ ^= state_ << 17;
-    return amplitude * (static_cast<double>(state_ >> 11) * 0x1.0p-52 - 1.0);
-  }
-
-  static inline std::array<char, 1u << 20> buffer_{};
-  std::FILE* file_;
-  std::size_t used_ = 0;
-  std::uint64_t state_ = 0x9E3779B97F4A7C15ull;
 };
-
-struct FileCloser {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, FileCloser>;
-
-File openFile(const fs::path& path, const char* mode) {
-  File file(std::fopen(path.c_str(), mode));
-  if (!file) throw std::runtime_error("cannot open " + path.string());
-  return file;
-}
 
 // The 18 force and moment files in table order (the force files, then the
 // moment files), each with its quantity name and the magnitude of its values.
@@ -417,24 +364,6 @@ class Workspace {
   fs::path folder_;
   std::unique_ptr<CaseFolder> full_;
 };
-
-// Resident set size of the process, in bytes.
-std::uint64_t residentBytes() {
-  std::ifstream statm("/proc/self/statm");
-  std::uint64_t size = 0;
-  std::uint64_t resident = 0;
-  statm >> size >> resident;
-  return resident * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
-}
-
-// Processor time the process, or the calling thread, has used, in seconds.
-double cpuSeconds(clockid_t clock) {
-  timespec now{};
-  clock_gettime(clock, &now);
-  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-double processCpuSeconds() { return cpuSeconds(CLOCK_PROCESS_CPUTIME_ID); }
-double threadCpuSeconds() { return cpuSeconds(CLOCK_THREAD_CPUTIME_ID); }
 
 // Doubles the project holds: the residual values and every force and moment
 // history of every body and sub-body.

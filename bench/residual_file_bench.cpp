@@ -35,11 +35,16 @@
 #include <string>
 #include <system_error>
 
+#include "bench_support.h"
 #include "turbo/res_file.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using bench_support::File;
+using bench_support::openFile;
+using bench_support::processCpuSeconds;
+using bench_support::residentBytes;
 
 constexpr int kBlocks = 4;
 constexpr int kEquations = 7;  // "3D" (5) + "K-E" (2)
@@ -58,12 +63,10 @@ std::size_t recordTarget() {
 // Writes records through a fixed buffer that lives outside the heap, so that
 // writing the files leaves the allocator as it found it (the memory figure
 // reads the process's resident size).
-class RecordWriter {
+// A turbomachinery residual history, record after record.
+class RecordWriter : public bench_support::TextRows {
  public:
-  explicit RecordWriter(std::FILE* file) : file_(file) {}
-  ~RecordWriter() { flush(); }
-  RecordWriter(const RecordWriter&) = delete;
-  RecordWriter& operator=(const RecordWriter&) = delete;
+  using TextRows::TextRows;
 
   void header() {
     // Marker, version, blocks, module, turbulence, no extra equations in
@@ -98,67 +101,16 @@ class RecordWriter {
         real(rms);                       // rms
       }
     }
-    buffer_[used_ - 1] = '\n';
-  }
-
-  void flush() {
-    if (used_ != 0 && std::fwrite(buffer_.data(), 1, used_, file_) != used_) {
-      throw std::runtime_error("cannot write the benchmark file");
-    }
-    used_ = 0;
+    end();
   }
 
  private:
   // Iteration number and 65 values of at most 14 characters and a blank.
   static constexpr std::size_t kMaxRecordChars = 16 + kValuesPerRecord * 16;
 
-  void room(std::size_t count) {
-    if (buffer_.size() - used_ < count) flush();
-  }
-  void text(const char* chars) {
-    const std::string_view view(chars);
-    room(view.size());
-    std::copy(view.begin(), view.end(), buffer_.data() + used_);
-    used_ += view.size();
-  }
-  void integer(std::int32_t value) {
-    char* at = buffer_.data() + used_;
-    at = std::to_chars(at, buffer_.data() + buffer_.size(), value).ptr;
-    *at++ = ' ';
-    used_ = static_cast<std::size_t>(at - buffer_.data());
-  }
   // "%.6e".
-  void real(double value) {
-    char* at = buffer_.data() + used_;
-    at = std::to_chars(at, buffer_.data() + buffer_.size(), value, std::chars_format::scientific, 6)
-             .ptr;
-    *at++ = ' ';
-    used_ = static_cast<std::size_t>(at - buffer_.data());
-  }
-  // Uniform in [-amplitude, amplitude], from a fixed-seed generator.
-  double noise(double amplitude) {
-    state_ ^= state_ << 13;
-    state_ ^= state_ >> 7;
-    state_ ^= state_ << 17;
-    return amplitude * (static_cast<double>(state_ >> 11) * 0x1.0p-52 - 1.0);
-  }
-
-  static inline std::array<char, 1u << 20> buffer_{};
-  std::FILE* file_;
-  std::size_t used_ = 0;
-  std::uint64_t state_ = 0x9E3779B97F4A7C15ull;
+  void real(double value) { scientific(value, 6); }
 };
-
-struct FileCloser {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, FileCloser>;
-
-File openFile(const fs::path& path, const char* mode) {
-  File file(std::fopen(path.c_str(), mode));
-  if (!file) throw std::runtime_error("cannot open " + path.string());
-  return file;
-}
 
 // The temporary folder and the files in it, written on first use and removed
 // when the program ends.
@@ -226,22 +178,6 @@ class Workspace {
   fs::path folder_;
   fs::path full_;
 };
-
-// Resident set size of the process, in bytes.
-std::uint64_t residentBytes() {
-  std::ifstream statm("/proc/self/statm");
-  std::uint64_t size = 0;
-  std::uint64_t resident = 0;
-  statm >> size >> resident;
-  return resident * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
-}
-
-// Processor time the process has used, in seconds.
-double processCpuSeconds() {
-  timespec now{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
 
 // Resident memory after the first read of the full-size file, and again
 // after one record is appended and read: a refresh should add next to
