@@ -48,11 +48,7 @@ TEST_F(TurboBladeCommands, DiagramCountsAndPoints) {
   EXPECT_EQ(call("itf_add_diag_file", {diagram}), "");
   EXPECT_EQ(console.text(), "");
 
-  const struct {
-    const char* command;
-    std::vector<std::string> arguments;
-    const char* answer;
-  } cases[] = {
+  expectAnswers({
       {"itf_get_nbPts", {diagram, "Extrado_1"}, "2"},
       {"itf_get_nbPts", {diagram, "Extrado_2"}, "2"},
       {"itf_get_nbPts", {diagram, "Intrado_1"}, "1"},
@@ -83,10 +79,7 @@ TEST_F(TurboBladeCommands, DiagramCountsAndPoints) {
       {"itf_get_intrado_value", {path("other.dia"), "0", "0"}, ""},
       {"itf_get_nbPts", {}, ""},
       {"itf_get_intrado_value", {}, ""},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(call(c.command, c.arguments), c.answer) << c.command << " " << testing::PrintToString(c.arguments);
-  }
+  });
 }
 
 TEST_F(TurboBladeCommands, ProfileCountsAndPoints) {
@@ -95,11 +88,7 @@ TEST_F(TurboBladeCommands, ProfileCountsAndPoints) {
   EXPECT_EQ(call("itf_add_prof_file", {profile}), "");
   EXPECT_EQ(console.text(), "");
 
-  const struct {
-    const char* command;
-    std::vector<std::string> arguments;
-    const char* answer;
-  } cases[] = {
+  expectAnswers({
       {"itf_get_prof_nbPts", {profile, "Extrado"}, "2"},
       {"itf_get_prof_nbPts", {profile, "Intrado"}, "1"},
       {"itf_get_prof_nbPts", {profile, "Extrado_1"}, "0"},
@@ -118,10 +107,7 @@ TEST_F(TurboBladeCommands, ProfileCountsAndPoints) {
       {"itf_get_prof_extrado_value", {path("other.pro"), "0"}, ""},
       {"itf_get_prof_intrado_value", {path("other.pro"), "0"}, ""},
       {"itf_get_prof_intrado_value", {}, ""},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(call(c.command, c.arguments), c.answer) << c.command << " " << testing::PrintToString(c.arguments);
-  }
+  });
 }
 
 TEST_F(TurboBladeCommands, FilesAreRereadOnlyWhenAsked) {

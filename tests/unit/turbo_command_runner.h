@@ -21,6 +21,19 @@ inline std::string call(std::string_view name, const std::vector<std::string>& a
   return callCommand(turbo::kTurboCommands, name, arguments);
 }
 
+// A command called with its arguments and the answer it must give.
+struct CommandCase {
+  const char* command;
+  std::vector<std::string> arguments;
+  const char* answer;
+};
+
+inline void expectAnswers(const std::vector<CommandCase>& cases) {
+  for (const CommandCase& c : cases) {
+    EXPECT_EQ(call(c.command, c.arguments), c.answer) << c.command << " " << testing::PrintToString(c.arguments);
+  }
+}
+
 // A scratch folder, and the turbomachinery monitor of a program started by
 // `start`; the process-wide work-unit choice is put back after each test.
 class TurboMonitorTest : public ScratchFolder {
