@@ -1,20 +1,12 @@
 #include "fileformat/dat_table_reader.h"
 
 #include <charconv>
-#include <cstdio>
 
-#include "fileformat/input_file.h"
 #include "fileformat/line_helpers.h"
 #include "platform/console.h"
 
 namespace fileformat {
 namespace {
-
-std::uint64_t fileSize(std::FILE* file) {
-  if (std::fseek(file, 0, SEEK_END) != 0) return 0;
-  const long size = std::ftell(file);
-  return size < 0 ? 0 : static_cast<std::uint64_t>(size);
-}
 
 // A value of a table row: the whole token must be a number.
 bool parseWholeNumber(std::string_view token, double& value) {
@@ -57,42 +49,21 @@ std::vector<std::string> parseVariablesHeader(std::string_view line) {
 void DatTableReader::reset(const std::string& path) {
   columnNames_.clear();
   columns_.clear();
-  pendingLine_.clear();
-  path_ = path;
-  resumeOffset_ = 0;
+  file_ = GrowingFile(path);
   state_ = State::header;
 }
 
-void DatTableReader::update(std::vector<QuantityGroup>& groups) {
-  const InputFile file = openInputFile(path_);
-  if (!file) return;
-  const std::uint64_t size = fileSize(file.get());
-  if (size < resumeOffset_) {
-    reset(path_);
-    groups.clear();
-  }
-  if (std::fseek(file.get(), static_cast<long>(resumeOffset_), SEEK_SET) != 0) {
-    platform::consoleLine("couldn't seek to the position " + std::to_string(resumeOffset_));
-  }
-  char buffer[1 << 16];
-  std::size_t count = 0;
-  while ((count = std::fread(buffer, 1, sizeof buffer, file.get())) > 0) {
-    std::string_view chunk(buffer, count);
-    while (!chunk.empty()) {
-      const std::size_t end = chunk.find('\n');
-      if (end == std::string_view::npos) {
-        pendingLine_ += chunk;
-        break;
-      }
-      pendingLine_ += chunk.substr(0, end + 1);
-      chunk.remove_prefix(end + 1);
-      const std::string line = std::move(pendingLine_);
-      pendingLine_.clear();
-      processLine(trim(line), groups);
-    }
-  }
-  const long position = std::ftell(file.get());
-  if (position >= 0) resumeOffset_ = static_cast<std::uint64_t>(position);
+Update DatTableReader::update(std::vector<QuantityGroup>& groups) {
+  const auto takeLine = [&](std::string_view line) {
+    processLine(trim(line), groups);
+    return true;
+  };
+  const Update status = file_.readLines(takeLine);
+  if (status != Update::rewritten) return status;
+  reset(file_.path());
+  groups.clear();
+  file_.readLines(takeLine);
+  return status;
 }
 
 void DatTableReader::processLine(std::string_view line, std::vector<QuantityGroup>& groups) {

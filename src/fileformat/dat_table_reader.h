@@ -15,6 +15,8 @@
 #include <string>
 #include <vector>
 
+#include "fileformat/growing_file.h"
+
 namespace fileformat {
 
 // Quantities of one group, each with its values in row order.
@@ -31,14 +33,13 @@ class DatTableReader {
   void reset(const std::string& path);
 
   // Reads what was appended to the file since the last update into `groups`.
-  // A missing file is not an error: nothing happens until it appears. A file
-  // found shorter than what was read has been rewritten: `groups` is emptied
-  // and the file read again from its start.
-  void update(std::vector<QuantityGroup>& groups);
+  // A missing file is not an error: nothing happens until it appears. A
+  // rewritten file empties `groups` and is read again from its start.
+  Update update(std::vector<QuantityGroup>& groups);
 
   const std::vector<std::string>& columnNames() const { return columnNames_; }
   State state() const { return state_; }
-  std::uint64_t resumeOffset() const { return resumeOffset_; }
+  const GrowingFile& file() const { return file_; }
 
  private:
   struct Column {
@@ -53,9 +54,7 @@ class DatTableReader {
 
   std::vector<std::string> columnNames_;
   std::vector<Column> columns_;
-  std::string pendingLine_;
-  std::string path_;
-  std::uint64_t resumeOffset_ = 0;
+  GrowingFile file_;
   State state_ = State::header;
 };
 

@@ -32,7 +32,8 @@ class ActuatorDiskTable {
   // Starts again on the folder's "eff_AD.dat": no disk until it is read.
   void reset(const std::string& folder);
   // Reads the rows appended since the last update.
-  void update() { reader_.update(disks_); }
+  fileformat::Update update() { return reader_.update(disks_); }
+  const fileformat::GrowingFile& file() const { return reader_.file(); }
 
   int diskCount() const { return static_cast<int>(disks_.size()); }
   ActuatorDisk disk(int index) const { return ActuatorDisk(disks_[static_cast<std::size_t>(index)]); }

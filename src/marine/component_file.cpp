@@ -55,8 +55,12 @@ bool ComponentFile::takeHeaderLine(std::string_view raw) {
 }
 
 bool ComponentFile::readHeader(std::vector<BodyObject>& bodies, bool report) {
-  const auto status = lines_.read([this](std::string_view line) { return takeHeaderLine(line); });
-  if (status == fileformat::AppendedLines::Status::missing) {
+  auto status = lines_.readLines([this](std::string_view line) { return takeHeaderLine(line); });
+  if (status == fileformat::Update::rewritten) {
+    *this = ComponentFile(path(), component_, baseIndex_);
+    status = lines_.readLines([this](std::string_view line) { return takeHeaderLine(line); });
+  }
+  if (status == fileformat::Update::missing) {
     if (report) platform::consoleLine("No file " + path());
     return false;
   }
@@ -161,23 +165,21 @@ bool ComponentFile::takeRow(std::string_view line, std::vector<BodyObject>& bodi
   return true;
 }
 
-ComponentFile::Status ComponentFile::update(std::vector<BodyObject>& bodies, bool reference) {
-  if (!headerDone_ && !readHeader(bodies, false)) return Status::missing;
+fileformat::Update ComponentFile::update(std::vector<BodyObject>& bodies, bool reference) {
+  if (!headerDone_ && !readHeader(bodies, false)) {
+    return lines_.present() ? fileformat::Update::unchanged : fileformat::Update::missing;
+  }
   if (rowsRead_ == 0) {
     std::error_code error;
     const std::uintmax_t size = std::filesystem::file_size(path(), error);
     bytesAhead_ = error || size < lines_.offset() ? 0 : size - lines_.offset();
   }
-  const auto status =
-      lines_.read([&](std::string_view line) { return takeRow(line, bodies, reference); });
-  switch (status) {
-    case fileformat::AppendedLines::Status::missing:
-      return Status::missing;
-    case fileformat::AppendedLines::Status::rewritten:
-      return Status::rewritten;
-    default:
-      return Status::read;
-  }
+  const fileformat::Update status =
+      lines_.readLines([&](std::string_view line) { return takeRow(line, bodies, reference); });
+  // What the bodies hold belongs to the old run: the owner starts over, and
+  // this file with it, from its header.
+  if (status == fileformat::Update::rewritten) *this = ComponentFile(path(), component_, baseIndex_);
+  return status;
 }
 
 }  // namespace marine

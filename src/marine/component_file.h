@@ -21,15 +21,13 @@
 #include <string>
 #include <vector>
 
-#include "fileformat/appended_lines.h"
+#include "fileformat/growing_file.h"
 #include "marine/body_object.h"
 
 namespace marine {
 
 class ComponentFile {
  public:
-  enum class Status { missing, read, rewritten };
-
   // `baseIndex` is the file's position in its table.
   ComponentFile(std::string path, Component component, int baseIndex)
       : lines_(std::move(path)), component_(component), baseIndex_(baseIndex) {}
@@ -42,9 +40,11 @@ class ComponentFile {
   // Reads the rows appended since the last update into the bodies. The
   // reference file (eff_Fx.dat) also gives every body its row times and
   // iteration numbers. A file whose header could not be read yet (it did not
-  // exist, or was still being written) is tried again.
-  Status update(std::vector<BodyObject>& bodies, bool reference);
+  // exist, or was still being written) is tried again. A rewritten file is a
+  // new run: what the bodies hold no longer matches it.
+  fileformat::Update update(std::vector<BodyObject>& bodies, bool reference);
 
+  const fileformat::GrowingFile& file() const { return lines_; }
   const std::string& path() const { return lines_.path(); }
   // Whether the file's header has been read: the run writes this component.
   bool present() const { return headerDone_; }
@@ -64,7 +64,7 @@ class ComponentFile {
   bool mapColumns(std::vector<BodyObject>& bodies);
   bool takeRow(std::string_view line, std::vector<BodyObject>& bodies, bool reference);
 
-  fileformat::AppendedLines lines_;
+  fileformat::GrowingFile lines_;
   Component component_;
   int baseIndex_;
   int depth_ = 0;

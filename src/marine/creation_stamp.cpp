@@ -1,10 +1,10 @@
 #include "marine/creation_stamp.h"
 
 #include <array>
-#include <filesystem>
-#include <fstream>
 #include <limits>
 
+#include "fileformat/input_file.h"
+#include "fileformat/line_helpers.h"
 #include "fileformat/number_text.h"
 #include "platform/console.h"
 
@@ -12,6 +12,8 @@ namespace marine {
 namespace {
 
 constexpr std::string_view kStampKeyword = "#CREATED ";
+// The stamp stands in the first comment lines, well within this.
+constexpr std::size_t kStampPrefixBytes = 64 * 1024;
 
 // Up to three numbers of `text` separated by any of `separators`, each read
 // as its leading digits.
@@ -34,19 +36,22 @@ bool isLeapYear(long year) { return (year % 4 == 0 && year % 100 != 0) || year %
 }  // namespace
 
 std::string readResCreationDate(const std::string& residualPath) {
-  // Only the leading comment lines are read: the check runs at every refresh
-  // and must not grow with the history below them.
-  std::ifstream in(residualPath, std::ios::binary);
-  if (!in || std::filesystem::is_directory(residualPath)) {
+  // Only a prefix of the file is read: the check runs at every refresh and
+  // must cost the same whatever the history below the comment lines holds.
+  fileformat::InputFile file = fileformat::InputFile::open(residualPath);
+  if (!file) {
     platform::consoleLine("Error in readResCreationDate! Could not read '" + residualPath + "'.");
     return {};
   }
-  std::string line;
+  std::string prefix(kStampPrefixBytes, '\0');
+  prefix.resize(file.read(prefix.data(), prefix.size()));
+  std::string_view text(prefix);
   // A line without its line feed is still being written.
-  while (std::getline(in, line) && !in.eof() && line.starts_with("#")) {
-    if (!line.starts_with(kStampKeyword)) continue;
-    if (line.ends_with('\r')) line.pop_back();
-    return line.substr(kStampKeyword.size());
+  for (std::size_t end = text.find('\n'); end != std::string_view::npos && text.starts_with('#');
+       end = text.find('\n')) {
+    const std::string_view line = fileformat::withoutCarriageReturn(text.substr(0, end));
+    if (line.starts_with(kStampKeyword)) return std::string(line.substr(kStampKeyword.size()));
+    text.remove_prefix(end + 1);
   }
   return {};
 }

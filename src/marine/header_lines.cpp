@@ -1,10 +1,13 @@
 #include "marine/header_lines.h"
 
-#include "fileformat/appended_lines.h"
+#include "fileformat/growing_file.h"
 #include "fileformat/line_helpers.h"
 
 namespace marine {
 namespace {
+
+// Far more than any body description holds; a file past it is no header.
+constexpr std::size_t kMaxHeaderBytes = std::size_t{4} << 20;
 
 std::string_view firstWordOf(std::string_view line) {
   std::size_t end = 0;
@@ -17,17 +20,20 @@ std::string_view firstWordOf(std::string_view line) {
 HeaderLines HeaderLines::ofFile(const std::string& path, bool stopAtFirstRow, bool& opened) {
   std::vector<std::string> lines;
   int depth = 0;
-  fileformat::AppendedLines file(path);
-  const auto status = file.read([&](std::string_view raw) {
+  fileformat::GrowingFile file(path);
+  std::size_t held = 0;
+  const auto status = file.readLines([&](std::string_view raw) {
     const std::string_view line = fileformat::trim(raw);
     const std::string_view word = firstWordOf(line);
     if (word == "#QV_BEGIN") ++depth;
     if (stopAtFirstRow && depth == 0 && !line.empty() && !line.starts_with("#")) return false;
     if (word == "#QV_END" && depth > 0) --depth;
+    held += line.size();
+    if (held > kMaxHeaderBytes) return false;
     lines.emplace_back(line);
     return true;
   });
-  opened = status != fileformat::AppendedLines::Status::missing;
+  opened = status != fileformat::Update::missing;
   return HeaderLines(std::move(lines));
 }
 

@@ -6,16 +6,20 @@
 namespace marine {
 
 void MotionHistory::open(const std::string& path) {
-  lines_ = fileformat::AppendedLines(path);
+  file_ = fileformat::GrowingFile(path);
+  forget();
+  findColumns(true);
+}
+
+void MotionHistory::forget() {
   columnsFound_ = false;
   columnNames_.clear();
   times_.clear();
   values_.clear();
-  findColumns(true);
 }
 
 bool MotionHistory::findColumns(bool report) {
-  const auto status = lines_.read([this](std::string_view line) {
+  const auto status = file_.readLines([this](std::string_view line) {
     if (columnsFound_) return false;
     const std::size_t at = line.find("#COLUMNS");
     if (at == std::string_view::npos) return true;
@@ -28,13 +32,12 @@ bool MotionHistory::findColumns(bool report) {
     columnsFound_ = true;
     return true;
   });
-  if (!columnsFound_) {
-    if (report) platform::consoleLine("#COLUMNS line is not found in " + lines_.path());
-    // Look through the whole file again next time.
-    lines_.restart();
-    return false;
+  if (status == fileformat::Update::rewritten) {
+    forget();
+    return findColumns(report);
   }
-  return status == fileformat::AppendedLines::Status::read;
+  if (!columnsFound_ && report) platform::consoleLine("#COLUMNS line is not found in " + file_.path());
+  return columnsFound_;
 }
 
 bool MotionHistory::takeRow(std::string_view line) {
@@ -56,13 +59,20 @@ bool MotionHistory::takeRow(std::string_view line) {
   return true;
 }
 
-bool MotionHistory::update() {
-  if (!isOpen()) return false;
-  if (!columnsFound_ && !findColumns(false)) return false;
-  const auto status = lines_.read([this](std::string_view line) { return takeRow(line); });
-  if (status != fileformat::AppendedLines::Status::read) return false;
+fileformat::Update MotionHistory::update() {
+  if (!isOpen()) return fileformat::Update::missing;
+  if (!columnsFound_ && !findColumns(false)) {
+    return file_.present() ? fileformat::Update::unchanged : fileformat::Update::missing;
+  }
+  auto status = file_.readLines([this](std::string_view line) { return takeRow(line); });
+  if (status == fileformat::Update::rewritten) {
+    forget();
+    findColumns(true);
+    file_.readLines([this](std::string_view line) { return takeRow(line); });
+  }
+  if (status == fileformat::Update::missing) return status;
   platform::consoleLine("File End is reached");
-  return true;
+  return status;
 }
 
 }  // namespace marine

@@ -5,13 +5,13 @@
 //   0.05 0.1 0.0 -0.11 0.0 0.012 0.0
 //
 // One row per line: the time, then one value per motion column. Rows are
-// read as they are appended.
+// read as they are appended; a rewritten file is read again from its top.
 #pragma once
 
 #include <string>
 #include <vector>
 
-#include "fileformat/appended_lines.h"
+#include "fileformat/growing_file.h"
 
 namespace marine {
 
@@ -24,20 +24,23 @@ class MotionHistory {
 
   // Reads the rows appended since the last update. Prints "Bad File Format"
   // for a row that ends early and "File End is reached" when the end of the
-  // file is reached. False when the file cannot be read or was rewritten.
-  bool update();
+  // file is reached.
+  fileformat::Update update();
 
-  bool isOpen() const { return !lines_.path().empty(); }
+  bool isOpen() const { return !file_.path().empty(); }
+  const fileformat::GrowingFile& file() const { return file_; }
   const std::vector<std::string>& columnNames() const { return columnNames_; }
   const std::vector<double>& times() const { return times_; }
   const std::vector<double>& values(std::size_t column) const { return values_[column]; }
   std::size_t rowCount() const { return times_.size(); }
 
  private:
+  void forget();
+  // True once the "#COLUMNS" line was read.
   bool findColumns(bool report);
   bool takeRow(std::string_view line);
 
-  fileformat::AppendedLines lines_;
+  fileformat::GrowingFile file_;
   bool columnsFound_ = false;
   std::vector<std::string> columnNames_;
   std::vector<double> times_;

@@ -1,12 +1,29 @@
 #include "marine/preferences.h"
 
-#include <fstream>
-
+#include "fileformat/input_file.h"
 #include "fileformat/line_helpers.h"
 #include "script/settings_line_readers.h"
 
 namespace marine {
 namespace {
+
+// A preferences file holds a few hundred lines; whatever lies past this is
+// not read, so that a damaged file cannot exhaust the memory.
+constexpr std::size_t kMaxPreferencesBytes = std::size_t{1} << 20;
+
+// The file's text up to the limit, cut after its last whole line when the
+// file goes on past the limit.
+std::string preferencesText(const std::string& path) {
+  fileformat::InputFile file = fileformat::InputFile::open(path);
+  if (!file) return {};
+  std::string text(kMaxPreferencesBytes + 1, '\0');
+  text.resize(file.read(text.data(), text.size()));
+  if (text.size() > kMaxPreferencesBytes) {
+    const std::size_t lastFeed = text.rfind('\n', kMaxPreferencesBytes - 1);
+    text.resize(lastFeed == std::string::npos ? 0 : lastFeed + 1);
+  }
+  return text;
+}
 
 std::string lowerAscii(std::string text) {
   for (char& c : text) {
@@ -34,10 +51,13 @@ std::string restOf(const std::string& line) {
 
 void Preferences::read(const std::string& path) {
   groups_.clear();
-  std::ifstream in(path, std::ios::binary);
+  const std::string text = preferencesText(path);
   std::map<std::string, std::string>* group = nullptr;
-  std::string line;
-  while (std::getline(in, line)) {
+  for (std::size_t start = 0; start < text.size();) {
+    const std::size_t feed = text.find('\n', start);
+    const std::size_t end = feed == std::string::npos ? text.size() : feed;
+    std::string line = text.substr(start, end - start);
+    start = end + 1;
     if (!line.empty() && line.back() == '\r') line.pop_back();
     if (line.empty()) continue;
     const std::string word = lowerAscii(firstWord(line));

@@ -28,10 +28,21 @@ ProjectMonitorMarine::ProjectMonitorMarine(std::string residualPath)
 
 bool ProjectMonitorMarine::load() {
   loaded_ = false;
-  if (!fileformat::openInputFile(path_)) {
+  trueBodies_.clear();
+  fallbackBodies_.clear();
+  motionBodyIndexes_.clear();
+  componentFiles_.clear();
+  files_.clear();
+  resFile_.restart();
+  std::fill(currentIterations_.begin(), currentIterations_.end(), 0);
+  actuatorDisks_.reset(folder_);
+  extraQuantities_.reset(folder_);
+  if (!fileformat::InputFile::open(path_)) {
     platform::consoleLine("Residual file " + path_ + " is not found");
     return false;
   }
+  stampText_ = readResCreationDate(path_);
+  stampTime_ = stampTime(stampText_);
   if (!detectBodies()) {
     reportBadFile("Forces/Moments");
     return false;
@@ -40,18 +51,31 @@ bool ProjectMonitorMarine::load() {
     reportBadFile("Residuals");
     return false;
   }
-  std::fill(currentIterations_.begin(), currentIterations_.end(), 0);
-  actuatorDisks_.reset(folder_);
-  stampText_ = readResCreationDate(path_);
-  stampTime_ = stampTime(stampText_);
+  listFiles();
   loaded_ = true;
-  extraQuantities_.reset(folder_);
   updateDerived(true);
   return true;
 }
 
+void ProjectMonitorMarine::listFiles() {
+  files_.clear();
+  files_.push_back({&resFile_.file(), true, [this] { return resFile_.update(); }});
+  for (std::size_t f = 0; f < componentFiles_.size(); ++f) {
+    files_.push_back({&componentFiles_[f].file(), true, [this, f] {
+                        // Only eff_Fx.dat gives the bodies their row times.
+                        return bodies().empty() ? fileformat::Update::unchanged
+                                                : componentFiles_[f].update(bodies(), f == 0);
+                      }});
+  }
+  for (const std::size_t b : motionBodyIndexes_) {
+    MotionHistory& motion = bodies()[b].motion();
+    files_.push_back({&motion.file(), false, [&motion] { return motion.update(); }});
+  }
+  files_.push_back({&actuatorDisks_.file(), false, [this] { return actuatorDisks_.update(); }});
+  files_.push_back({&extraQuantities_.file(), false, [this] { return extraQuantities_.update(); }});
+}
+
 void ProjectMonitorMarine::updateDerived(bool fromScratch) {
-  extraQuantities_.update();
   variables_.rebuild();
   customPlots_.update(fromScratch);
 }
@@ -100,14 +124,13 @@ bool ProjectMonitorMarine::detectBodies() {
   modeKnown_ = false;
   unsteady_ = false;
 
-  const std::string stamp = readResCreationDate(path_);
-  platform::consoleLine(stamp.empty()
+  platform::consoleLine(stampText_.empty()
                             ? "No #CREATED tag found in the .res file.\nRe-running the solver may give a wrong picture."
-                            : "File '" + path_ + "' created on " + stamp);
+                            : "File '" + path_ + "' created on " + stampText_);
 
   platform::consoleLine("Reading eff_Fx.dat for steadiness...");
   const std::string forcePath = folder_ + std::string(kForceFileNames[0]);
-  if (!fileformat::openInputFile(forcePath)) {
+  if (!fileformat::InputFile::open(forcePath)) {
     platform::consoleLine("Cannot read " + forcePath + ". Please check if the file exists ");
     return false;
   }
@@ -115,7 +138,7 @@ bool ProjectMonitorMarine::detectBodies() {
 
   const std::string descriptionPath = bodyDescriptionPath(path_);
   platform::consoleLine("Reading ...body_param.dat file for body structure ...");
-  if (!fileformat::openInputFile(descriptionPath)) {
+  if (!fileformat::InputFile::open(descriptionPath)) {
     platform::consoleLine("Cannot read file " + descriptionPath + ". Please check if the file exists ");
   } else {
     readBodyBlocks(descriptionPath, trueBodies_, false, "True body: ");
@@ -157,7 +180,10 @@ bool ProjectMonitorMarine::readStructure() {
   return true;
 }
 
-bool ProjectMonitorMarine::checkRunConsistency() {
+bool ProjectMonitorMarine::newRunOnDisk() {
+  // A residual file that has disappeared is reported by its reader, once.
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path_, error)) return false;
   const std::string stamp = readResCreationDate(path_);
   if (stamp.empty()) return false;
   const std::optional<std::time_t> time = stampTime(stamp);
@@ -165,40 +191,7 @@ bool ProjectMonitorMarine::checkRunConsistency() {
   platform::consoleLine("Different solver run detected, currently displayed run started at " +
                         formatStampTime(stampTime_) + ", the run from " + formatStampTime(time) +
                         " is on the disk now.\nRe-initializing the data...");
-  stampTime_ = time;
-  reinitialise();
   return true;
-}
-
-void ProjectMonitorMarine::reinitialise() {
-  resFile_.restart();
-  trueBodies_.clear();
-  fallbackBodies_.clear();
-  motionBodyIndexes_.clear();
-  componentFiles_.clear();
-  loaded_ = false;
-  if (!detectBodies()) {
-    reportBadFile("Forces/Moments");
-  } else if (!readStructure()) {
-    reportBadFile("Residuals");
-  } else {
-    loaded_ = true;
-  }
-  std::fill(currentIterations_.begin(), currentIterations_.end(), 0);
-  actuatorDisks_.reset(folder_);
-  extraQuantities_.reset(folder_);
-  stampText_ = readResCreationDate(path_);
-  stampTime_ = stampTime(stampText_);
-}
-
-std::size_t ProjectMonitorMarine::contentSize() const {
-  std::size_t size = resFile_.recordCount();
-  for (const BodyObject& body : bodies()) size += body.times().size() + body.convergedTimes().size();
-  for (const BodyObject* body : motionBodies()) size += body->motion().rowCount();
-  for (const ComponentFile& file : componentFiles_) size += file.rowsRead();
-  for (const ExtraQuantity& quantity : extraQuantities_.quantities()) size += quantity.values.size();
-  for (int d = 0; d < actuatorDisks_.diskCount(); ++d) size += static_cast<std::size_t>(actuatorDisks_.disk(d).stepCount());
-  return size;
 }
 
 std::vector<const BodyObject*> ProjectMonitorMarine::motionBodies() const {
@@ -207,45 +200,41 @@ std::vector<const BodyObject*> ProjectMonitorMarine::motionBodies() const {
   return moving;
 }
 
+bool ProjectMonitorMarine::readFiles(Refresh& result) {
+  for (const ListedFile& listed : files_) {
+    const fileformat::Update status = listed.read();
+    if (status == fileformat::Update::rewritten && listed.rewriteMeansNewRun) {
+      // The solver started over without a new stamp: read the new run.
+      return false;
+    }
+    if (status == fileformat::Update::appended || status == fileformat::Update::rewritten) {
+      result.changed = true;
+    }
+    if (listed.file->lost()) result.lostFiles.push_back(listed.file->path());
+  }
+  return true;
+}
+
 ProjectMonitorMarine::Refresh ProjectMonitorMarine::refresh() {
   Refresh result;
-  if (!loaded_) {
-    result.changed = load();
-    if (!loaded_) return result;
-  }
-  const std::size_t before = contentSize();
-  bool reloaded = checkRunConsistency();
-  if (reloaded) result.changed = true;
-  if (!loaded_) return result;
-
-  result.succeeded = true;
-  if (resFile_.update() == 2) {
-    reinitialise();
-    reloaded = true;
+  bool fromScratch = false;
+  if (loaded_ && newRunOnDisk()) {
+    loaded_ = false;
     result.changed = true;
-    if (!loaded_) return {false, true};
-    resFile_.update();
   }
-  if (!bodies().empty()) {
-    for (std::size_t f = 0; f < componentFiles_.size(); ++f) {
-      ComponentFile& file = componentFiles_[f];
-      if (file.update(bodies(), f == 0) == ComponentFile::Status::rewritten) {
-        // The solver started over without a new stamp: read the new run.
-        reinitialise();
-        updateDerived(true);
-        return {loaded_, true};
-      }
-    }
+  if (!loaded_) {
+    if (!load()) return result;
+    fromScratch = true;
   }
-  for (const std::size_t b : motionBodyIndexes_) {
-    if (!bodies()[b].motion().update()) {
-      result.succeeded = false;
-      break;
-    }
+  if (!readFiles(result)) {
+    result = Refresh{false, true, {}};
+    fromScratch = true;
+    if (!load()) return result;
+    readFiles(result);
   }
-  actuatorDisks_.update();
-  updateDerived(reloaded);
-  if (contentSize() != before) result.changed = true;
+  result.changed = result.changed || fromScratch;
+  if (result.changed) updateDerived(fromScratch);
+  result.succeeded = result.lostFiles.empty();
   return result;
 }
 

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <ctime>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -29,17 +30,23 @@ class ProjectMonitorMarine {
   ProjectMonitorMarine(const ProjectMonitorMarine&) = delete;
   ProjectMonitorMarine& operator=(const ProjectMonitorMarine&) = delete;
 
-  // Loads the computation, printing its progress. False when the residual
-  // file, the force file eff_Fx.dat or the residual header cannot be read
-  // (the scripts are told which part is bad); a later refresh tries again.
+  // Loads the computation's structure (its bodies, the residual header and
+  // the columns of every file), printing its progress; the rows come with
+  // the refreshes. False when the residual file, the force file eff_Fx.dat
+  // or the residual header cannot be read (the scripts are told which part
+  // is bad); a later refresh tries again.
   bool load();
 
   struct Refresh {
-    bool succeeded = false;  // every step could be carried out
+    bool succeeded = false;  // loaded, and every file read could be read
     bool changed = false;    // something new was read, or the run was reloaded
+    // Files that were read before and have disappeared since: what was read
+    // from them stays.
+    std::vector<std::string> lostFiles;
   };
-  // Reads what the solver appended since the last refresh; a new run on disk
-  // (new creation stamp, or rewritten files) is loaded afresh first.
+  // Reads what the solver appended to every file since the last refresh; a
+  // new run on disk (new creation stamp, or a rewritten residual, force or
+  // moment file) is loaded afresh first.
   Refresh refresh();
 
   const std::string& path() const { return path_; }
@@ -68,12 +75,23 @@ class ProjectMonitorMarine {
   void readBodyBlocks(const std::string& path, std::vector<BodyObject>& bodies, bool needsMode,
                       const char* label);
   bool readStructure();
-  void reinitialise();
-  bool checkRunConsistency();
-  // A number that changes whenever something is read.
-  std::size_t contentSize() const;
+  // Prints the "Different solver run detected" message and answers true when
+  // the residual file's creation stamp is not the displayed run's.
+  bool newRunOnDisk();
+  // The file readers of the computation as it is now structured.
+  void listFiles();
+  // Reads every listed file; false (and nothing more read) at the first
+  // rewritten file whose rewrite means a new run.
+  bool readFiles(Refresh& result);
   // Brings what is computed from the histories up to date.
   void updateDerived(bool fromScratch);
+
+  // One file of the computation, read at every refresh.
+  struct ListedFile {
+    const fileformat::GrowingFile* file;
+    bool rewriteMeansNewRun;  // rather than a new content of that file alone
+    std::function<fileformat::Update()> read;
+  };
 
   std::string path_;
   std::string folder_;
@@ -85,6 +103,7 @@ class ProjectMonitorMarine {
   bool unsteady_ = false;
   bool modeKnown_ = false;
   std::vector<ComponentFile> componentFiles_;  // the 9 force files, then the 9 moment files
+  std::vector<ListedFile> files_;
   std::vector<int> currentIterations_;
   ActuatorDiskTable actuatorDisks_;
   std::string stampText_;

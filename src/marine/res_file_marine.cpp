@@ -29,12 +29,12 @@ double IteResMarine::valueOf(std::string_view residual) const {
   return valueAt(name ? map_[static_cast<std::size_t>(*name)] : 0);
 }
 
-ResFileMarine::ResFileMarine(std::string path) : QVfile(std::move(path)), lines_(this->path()) {
+ResFileMarine::ResFileMarine(std::string path) : QVfile(std::move(path)), file_(this->path()) {
   columnMap_.fill(-1);
 }
 
 void ResFileMarine::restart() {
-  lines_.restart();
+  file_.restart();
   headerRead_ = false;
   insideBlock_ = false;
   columnsValid_ = true;
@@ -66,6 +66,7 @@ bool ResFileMarine::takeHeaderLine(std::string_view line) {
     fileformat::TokenStream tokens(line.substr(line.find("#COLUMNS") + 8));
     std::string column;
     residualCount_ = 0;
+    columnMap_.fill(-1);
     while (!tokens.eof() && tokens.readWord(column)) {
       if (column == "t" || column == "cpums" || column == "itnl" || column == "=") continue;
       const std::optional<int> residual = indexIn(kResidualNames, column);
@@ -84,20 +85,22 @@ bool ResFileMarine::takeHeaderLine(std::string_view line) {
 
 bool ResFileMarine::readHeader() {
   if (headerRead_) return true;
-  const auto status = lines_.read([this](std::string_view line) { return takeHeaderLine(line); });
-  if (status == fileformat::AppendedLines::Status::missing) {
+  const auto status = file_.readLines([this](std::string_view line) { return takeHeaderLine(line); });
+  if (status == fileformat::Update::missing) {
     platform::consoleLine("Residual file " + path() + " is not found");
     return false;
   }
+  if (status == fileformat::Update::rewritten) {
+    restart();
+    return readHeader();
+  }
+  // A failed header keeps what was read of it: it is completed as the file
+  // grows, and read again from the top only when the file is rewritten.
   if (runMode_ == RunMode::unknown) {
     platform::consoleLine("BAD FILE FORMAT .res");
-    restart();
     return false;
   }
-  if (!columnsValid_) {
-    restart();
-    return false;
-  }
+  if (!columnsValid_) return false;
   headerRead_ = true;
   return true;
 }
@@ -133,17 +136,23 @@ bool ResFileMarine::takeRow(std::string_view line) {
   return true;
 }
 
-int ResFileMarine::update() {
-  if (!headerRead_ && !readHeader()) return 0;
+fileformat::Update ResFileMarine::update() {
+  if (!headerRead_ && !readHeader()) {
+    return file_.present() ? fileformat::Update::unchanged : fileformat::Update::missing;
+  }
   const std::size_t before = recordCount();
   if (before == 0) {
     std::error_code error;
     const std::uintmax_t size = std::filesystem::file_size(path(), error);
-    bytesAhead_ = error || size < lines_.offset() ? 0 : size - lines_.offset();
+    bytesAhead_ = error || size < file_.offset() ? 0 : size - file_.offset();
   }
-  const auto status = lines_.read([this](std::string_view line) { return takeRow(line); });
-  if (status == fileformat::AppendedLines::Status::rewritten) return 2;
-  return recordCount() > before ? 1 : 0;
+  const auto status = file_.readLines([this](std::string_view line) { return takeRow(line); });
+  if (status == fileformat::Update::rewritten) {
+    restart();
+    return status;
+  }
+  if (status == fileformat::Update::missing) return status;
+  return recordCount() > before ? fileformat::Update::appended : fileformat::Update::unchanged;
 }
 
 IteResMarine ResFileMarine::record(std::size_t index) const {

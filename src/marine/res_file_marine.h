@@ -21,8 +21,8 @@
 #include <string_view>
 #include <vector>
 
-#include "fileformat/appended_lines.h"
 #include "fileformat/class_ids.h"
+#include "fileformat/growing_file.h"
 #include "fileformat/qv_file.h"
 #include "marine/marine_names.h"
 
@@ -65,13 +65,14 @@ class ResFileMarine : public QVfile {
   // and answers false when it cannot.
   bool readHeader();
 
-  // Reads the rows appended since the last update: 0 when there was none,
-  // 1 when rows were added, 2 when the file was found rewritten (the rows
-  // held no longer match it).
-  int update();
+  // Reads the rows appended since the last update. A file found rewritten
+  // (the rows held no longer match it) is forgotten, as by restart().
+  fileformat::Update update();
 
   // Forgets every row and the header; the next read starts from the top.
   void restart();
+
+  const fileformat::GrowingFile& file() const { return file_; }
 
   // Writes the header state and the records' iteration numbers to the file
   // itself (a save facility nothing reads back).
@@ -93,7 +94,7 @@ class ResFileMarine : public QVfile {
   bool takeHeaderLine(std::string_view line);
   bool takeRow(std::string_view line);
 
-  fileformat::AppendedLines lines_;
+  fileformat::GrowingFile file_;
   bool headerRead_ = false;
   bool insideBlock_ = false;
   bool columnsValid_ = true;

@@ -4,8 +4,6 @@
 #include <cstdio>
 #include <fstream>
 
-#include "fileformat/input_file.h"
-#include "fileformat/text_window.h"
 #include "fileformat/token_stream.h"
 #include "platform/console.h"
 #include "turbo/curve_names.h"
@@ -36,7 +34,7 @@ bool readNames(fileformat::TokenStream& tokens, std::vector<std::string>& names)
 
 }  // namespace
 
-ResFile::ResFile(std::string path) : QVfile(std::move(path)) {}
+ResFile::ResFile(std::string path) : QVfile(std::move(path)), file_(this->path()) {}
 
 void ResFile::reset() {
   extraNames1_.clear();
@@ -46,7 +44,7 @@ void ResFile::reset() {
   turbulence_ = "NO-K-E";
   mode_.clear();
   application_ = "TURBO";
-  resumePosition_ = 0;
+  header_ = HeaderState::expected;
   lastIndex_ = 0;
   lastIterationNumber_ = 0;
   headerInt_ = 0;
@@ -139,80 +137,54 @@ bool ResFile::readRecord(fileformat::TokenStream& tokens) {
   return true;
 }
 
-void ResFile::dropLastRecord() {
-  values_.resize(values_.size() - valuesPerRecord_);
-  iterationNumbers_.pop_back();
-  timeSteps_.pop_back();
-  if (unsteady_) physicalTimes_.pop_back();
-}
-
-bool ResFile::lastTwoRecordsEqual() const {
-  const std::size_t n = recordCount();
-  if (iterationNumbers_[n - 1] != iterationNumbers_[n - 2] || timeSteps_[n - 1] != timeSteps_[n - 2]) {
-    return false;
+fileformat::Taken ResFile::take(std::string_view text) {
+  std::size_t position = 0;
+  if (header_ == HeaderState::expected) {
+    // Without the top of the file (a first line too long to be read) there
+    // is no header to read: the text is passed over until the file is
+    // rewritten.
+    if (file_.offset() != 0) return {text.size(), false};
+    fileformat::TokenStream tokens(text);
+    if (!readHeader(tokens)) {
+      header_ = HeaderState::failed;
+      return {0, true};
+    }
+    // A fresh history from here on.
+    clearRecords();
+    header_ = HeaderState::read;
+    position = tokens.position();
   }
-  if (unsteady_ && physicalTimes_[n - 1] != physicalTimes_[n - 2]) return false;
-  const auto last = values_.end() - static_cast<std::ptrdiff_t>(valuesPerRecord_);
-  return std::equal(last, values_.end(), last - static_cast<std::ptrdiff_t>(valuesPerRecord_));
+  fileformat::TokenStream tokens(text.substr(position), fileformat::TokenStream::MissingReal::quiet);
+  std::size_t taken = position;
+  while (readRecord(tokens)) taken = position + tokens.position();
+  return {taken, false};
 }
 
 int ResFile::read() {
-  const fileformat::InputFile file = fileformat::openInputFile(path());
-  if (!file) {
+  const fileformat::Update status =
+      file_.read([this](std::string_view text) { return take(text); });
+  if (status == fileformat::Update::missing) {
     reportCannotOpen("read");
     reset();
     return 0;
   }
-  const bool resuming = resumePosition_ != 0;
-  fileformat::TextWindow window(file.get(), resuming ? resumePosition_ : 0);
-  std::size_t position = 0;  // in the window
-
-  if (!resuming) {
-    clearRecords();
-    lastIndex_ = 0;
-    fileformat::TokenStream tokens(window.text());
-    if (!readHeader(tokens)) {
-      reset();
-      return 0;
-    }
-    lastIndex_ = -1;
-    position = tokens.position();
+  if (status == fileformat::Update::rewritten) {
+    reset();
+    return 2;
   }
-
-  // Records from here on; the first one of a resumed read is the last
-  // complete record read again.
-  std::uint64_t lastRecordStart = 0;
-  bool firstPass = true;
-  for (;;) {
-    fileformat::TokenStream tokens(window.text().substr(position),
-                                   fileformat::TokenStream::MissingReal::quiet);
-    if (readRecord(tokens)) {
-      const std::uint64_t start = window.offset() + position;
-      position += tokens.position();
-      if (firstPass && resuming) {
-        // Unchanged: drop the copy. Changed: the file was rewritten.
-        if (recordCount() < 2 || !lastTwoRecordsEqual()) break;
-        dropLastRecord();
-      }
-      lastRecordStart = start;
-      firstPass = false;
-      continue;
-    }
-    if (!window.atEnd()) {
-      window.advance(position);
-      position = 0;
-      continue;
-    }
-    if (firstPass) break;
-    // The rest of the file is an incomplete record: next time, resume at the
-    // last complete one.
-    if (lastRecordStart != 0) resumePosition_ = lastRecordStart;
-    lastIndex_ = static_cast<std::int32_t>(recordCount()) - 1;
-    lastIterationNumber_ = static_cast<std::uint32_t>(iterationNumbers_.back());
-    return 1;
+  if (header_ != HeaderState::read) {
+    reset();
+    return 0;
   }
-  reset();
-  return 2;
+  if (recordCount() == 0) {
+    // A header without records: read again from the top next time.
+    reset();
+    file_.restart();
+    return 2;
+  }
+  lastIndex_ = static_cast<std::int32_t>(recordCount()) - 1;
+  lastIterationNumber_ = static_cast<std::uint32_t>(iterationNumbers_.back());
+  return 1;
 }
 
 IteRes ResFile::record(std::size_t index) const {

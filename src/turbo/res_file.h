@@ -4,11 +4,11 @@
 // turbulence model, extra equations, mode, application) and then one record
 // per stored iteration.
 //
-// Every read after the first resumes at the last complete record: it reads
-// that record again, checks that it is unchanged (otherwise the file was
-// rewritten and the history starts over), and appends the records that
-// follow. A record is taken only when the lines holding it are complete.
-// The values are kept in one contiguous array, a fixed count per record.
+// Every read after the first resumes after the last complete record and
+// appends the records that follow; a file that no longer continues the
+// history held (rewritten by a new run) makes the history start over. A
+// record is taken only when the lines holding it are complete. The values
+// are kept in one contiguous array, a fixed count per record.
 #pragma once
 
 #include <cstdint>
@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "fileformat/class_ids.h"
+#include "fileformat/growing_file.h"
 #include "fileformat/qv_file.h"
 #include "turbo/ite_res.h"
 
@@ -69,11 +70,11 @@ class ResFile : public QVfile {
  private:
   void reset();
   void clearRecords();
+  // Takes the header and then the whole records at the start of `text`.
+  fileformat::Taken take(std::string_view text);
   bool readHeader(fileformat::TokenStream& tokens);
   // Appends one record read from `tokens`; on failure nothing is appended.
   bool readRecord(fileformat::TokenStream& tokens);
-  void dropLastRecord();
-  bool lastTwoRecordsEqual() const;
   void reportCannotOpen(const char* operation) const;
 
   std::string version_;
@@ -83,7 +84,8 @@ class ResFile : public QVfile {
   std::string mode_;
   std::vector<std::string> extraNames2_;
   std::string application_ = "TURBO";
-  std::uint64_t resumePosition_ = 0;
+  fileformat::GrowingFile file_;
+  enum class HeaderState { expected, read, failed } header_ = HeaderState::expected;
   std::uint32_t nbBlocks_ = 0;
   std::uint32_t nbVars_ = 0;
   std::int32_t lastIndex_ = 0;

@@ -272,7 +272,7 @@ TEST_F(TableFile, MissingFileIsReadOnceItAppears) {
   reader.update(groups);
   reader.update(groups);
   EXPECT_TRUE(groups.empty());
-  EXPECT_EQ(reader.resumeOffset(), 0u);
+  EXPECT_EQ(reader.file().offset(), 0u);
   EXPECT_EQ(reader.state(), DatTableReader::State::header);
 
   write("VARIABLES = \"Load1\"\n2\n");
@@ -321,7 +321,7 @@ TEST_F(TableFile, ResetStartsAgainFromTheFirstByte) {
 
   groups.clear();
   reader.reset(path_);
-  EXPECT_EQ(reader.resumeOffset(), 0u);
+  EXPECT_EQ(reader.file().offset(), 0u);
   EXPECT_TRUE(reader.columnNames().empty());
   reader.update(groups);
   ASSERT_EQ(groups.size(), 1u);

@@ -63,13 +63,13 @@ TEST_F(MarineBadInput, GarbageBetweenResidualRows) {
   write("case.res", header + "1 0.5 0.5 0.25 0.125 0.0625\n");
   marine::ResFileMarine file(dir_ + "case.res");
   ConsoleCapture console;
-  ASSERT_EQ(file.update(), 1);
+  ASSERT_EQ(file.update(), fileformat::Update::appended);
   int iteration = 1;
   for (const std::string& garbage : kGarbageLines) {
     append("case.res", garbage + "\n");
-    EXPECT_EQ(file.update(), 0);
+    EXPECT_EQ(file.update(), fileformat::Update::unchanged);
     append("case.res", std::to_string(++iteration) + " 0.5 0.5 0.25 0.125 0.0625\n");
-    EXPECT_EQ(file.update(), 1);
+    EXPECT_EQ(file.update(), fileformat::Update::appended);
   }
   EXPECT_EQ(console.text(), "");
   ASSERT_EQ(file.recordCount(), kGarbageLines.size() + 1);
@@ -90,7 +90,7 @@ TEST_F(MarineBadInput, OversizedResidualColumnsLine) {
   marine::ResFileMarine file(dir_ + "case.res");
   ConsoleCapture console;
   EXPECT_TRUE(file.readHeader());
-  EXPECT_EQ(file.update(), 1);
+  EXPECT_EQ(file.update(), fileformat::Update::appended);
   EXPECT_EQ(file.recordCount(), 1u);
   EXPECT_EQ(file.record(0).valueOf("ResU"), 0.25);
   EXPECT_EQ(console.text(), "");
@@ -116,7 +116,7 @@ TEST_F(MarineBadInput, GarbageBetweenForceRows) {
     append("eff_Fx.dat", garbage + "\n");
     file.update(bodies, false);
     append("eff_Fx.dat", "0.0 2 1.25 4.25\n");
-    EXPECT_EQ(file.update(bodies, false), marine::ComponentFile::Status::read);
+    EXPECT_EQ(file.update(bodies, false), fileformat::Update::appended);
     expected.push_back(1.25);
   }
   // A value that a damaged row did bring stays with its body; the good rows
@@ -140,7 +140,7 @@ TEST_F(MarineBadInput, GarbageBetweenMotionRows) {
   motion.update();
   for (const std::string& garbage : kGarbageLines) {
     append("Mvt_hull.dat", garbage + "\n0.5 1.25 2.25\n");
-    EXPECT_TRUE(motion.update());
+    EXPECT_NE(motion.update(), fileformat::Update::missing);
   }
   std::size_t good = 0;
   for (std::size_t i = 0; i < motion.rowCount(); ++i) good += motion.values(1)[i] == 2.25 ? 1 : 0;
@@ -255,7 +255,7 @@ TEST_F(MarineBadInput, OutOfRangeNumbers) {
         "99999999999999999999 1e999 1e999\n-99999999999999999999 0.5 -1e999\n3 0.5 1e-999\n");
   marine::ResFileMarine file(dir_ + "case.res");
   ConsoleCapture console;
-  EXPECT_EQ(file.update(), 1);
+  EXPECT_EQ(file.update(), fileformat::Update::appended);
   ASSERT_EQ(file.recordCount(), 3u);
   EXPECT_EQ(file.record(0).iterationNumber(), 2147483647);
   EXPECT_EQ(file.record(1).iterationNumber(), -2147483647 - 1);

@@ -330,7 +330,7 @@ TEST_F(MarineComponentFile, BodyWithTwoSubBodiesTakesThreeValuesPerRow) {
   ComponentFile file(pathOf("eff_Fx.dat"), Component::force, 0);
   ConsoleCapture console;
   ASSERT_TRUE(file.readHeader(bodies));
-  EXPECT_EQ(file.update(bodies, true), ComponentFile::Status::read);
+  EXPECT_EQ(file.update(bodies, true), fileformat::Update::appended);
   EXPECT_EQ(console.text(), "");
 
   const BodyObject& hull = bodies[0];
@@ -517,17 +517,17 @@ TEST_F(MarineComponentFile, FileThatAppearsAfterTheLoad) {
     ConsoleCapture console;
     EXPECT_FALSE(file.readHeader(bodies));
     EXPECT_EQ(console.text(), "No file " + pathOf("eff_FyP.dat") + "\n");
-    EXPECT_EQ(file.update(bodies, false), ComponentFile::Status::missing);
+    EXPECT_EQ(file.update(bodies, false), fileformat::Update::missing);
     EXPECT_EQ(console.text(), "No file " + pathOf("eff_FyP.dat") + "\n");
   }
   // Written in two goes: the columns block, then the rows.
   write("eff_FyP.dat", "#QV_BEGIN\nVARIABLES = T itnl FyP\n");
   ConsoleCapture console;
-  EXPECT_EQ(file.update(bodies, false), ComponentFile::Status::missing);
+  EXPECT_EQ(file.update(bodies, false), fileformat::Update::unchanged);
   append("eff_FyP.dat", "NAMES = hull\n#QV_END\n#COLUMNS T itnl hull\n0.0 1 2.5\n0.0 2 2.25\n");
-  EXPECT_EQ(file.update(bodies, false), ComponentFile::Status::read);
+  EXPECT_EQ(file.update(bodies, false), fileformat::Update::appended);
   append("eff_FyP.dat", "0.0 3 2.125\n0.0 4 2");
-  EXPECT_EQ(file.update(bodies, false), ComponentFile::Status::read);
+  EXPECT_EQ(file.update(bodies, false), fileformat::Update::appended);
   EXPECT_EQ(console.text(), "");
   EXPECT_EQ(forcesOf(bodies[0], "FyP"), (Doubles{2.5, 2.25, 2.125}));
 }
@@ -563,40 +563,19 @@ TEST_F(MarineComponentFile, RowWithTooFewValues) {
   }
 }
 
-TEST_F(MarineComponentFile, RowsCutAtEveryByteAreEachReadOnce) {
-  const std::string header = columnsBlock("T itnl Fz Fz", "hull rudder");
-  const std::string rows = "0.0 1 1.5 4.5\n-0.5 1 1.25 4.25\n0.5 2 1.125 4.125\r\n";
-  for (std::size_t cut = 0; cut <= rows.size(); ++cut) {
-    write("eff_Fz.dat", header + rows.substr(0, cut));
-    std::vector<BodyObject> bodies = bodiesOf("#QV_BEGIN\nBODY\nNAME hull\n#QV_END\n#QV_BEGIN\nBODY\nNAME rudder\n#QV_END\n", true);
-    ComponentFile file(pathOf("eff_Fz.dat"), Component::force, 6);
-    ConsoleCapture console;
-    ASSERT_TRUE(file.readHeader(bodies));
-    EXPECT_EQ(file.update(bodies, true), ComponentFile::Status::read);
-    append("eff_Fz.dat", rows.substr(cut));
-    EXPECT_EQ(file.update(bodies, true), ComponentFile::Status::read);
-    const std::string where = "cut at " + std::to_string(cut);
-    EXPECT_EQ(console.text(), "") << where;
-    EXPECT_EQ(forcesOf(bodies[0], "Fz"), (Doubles{1.5, 1.125})) << where;
-    EXPECT_EQ(forcesOf(bodies[1], "Fz"), (Doubles{4.5, 4.125})) << where;
-    EXPECT_EQ(bodies[0].getForceConv(13, 0), 1.25) << where;
-    EXPECT_EQ(bodies[1].getForceConvLength(13), 1) << where;
-    EXPECT_EQ(bodies[0].times(), (Doubles{0.0, 0.5})) << where;
-    EXPECT_EQ(bodies[1].convergedTimes(), Doubles{0.5}) << where;
-  }
-}
-
 TEST_F(MarineComponentFile, RewrittenFileIsReported) {
   write("eff_Fx.dat", columnsBlock("T itnl Fx", "hull") + "0.0 1 1.5\n0.0 2 1.25\n");
   std::vector<BodyObject> bodies = bodiesOf("#QV_BEGIN\nBODY\nNAME hull\n#QV_END\n", false);
   ComponentFile file(pathOf("eff_Fx.dat"), Component::force, 0);
   ASSERT_TRUE(file.readHeader(bodies));
-  EXPECT_EQ(file.update(bodies, true), ComponentFile::Status::read);
-  write("eff_Fx.dat", columnsBlock("T itnl Fx", "hull") + "0.0 1 1.5\n");
-  EXPECT_EQ(file.update(bodies, true), ComponentFile::Status::rewritten);
+  EXPECT_EQ(file.update(bodies, true), fileformat::Update::appended);
   write("eff_Fx.dat", columnsBlock("T itnl Fx", "hull") + "0.0 1 1.5\n0.0 2 1.75\n0.0 3 1.0\n");
-  EXPECT_EQ(file.update(bodies, true), ComponentFile::Status::rewritten);
+  EXPECT_EQ(file.update(bodies, true), fileformat::Update::rewritten);
   EXPECT_EQ(forcesOf(bodies[0], "Fx"), (Doubles{1.5, 1.25}));
+  // The file starts over from its header, into bodies that start over too.
+  std::vector<BodyObject> fresh = bodiesOf("#QV_BEGIN\nBODY\nNAME hull\n#QV_END\n", false);
+  EXPECT_EQ(file.update(fresh, true), fileformat::Update::appended);
+  EXPECT_EQ(forcesOf(fresh[0], "Fx"), (Doubles{1.5, 1.75, 1.0}));
 }
 
 TEST_F(MarineComponentFile, CarriageReturnLineFeedHeader) {

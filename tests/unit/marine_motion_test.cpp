@@ -34,14 +34,14 @@ TEST_F(MarineMotion, ColumnsAndGrowingRows) {
   EXPECT_EQ(console.text(), "");
   EXPECT_EQ(motion.columnNames(), (Names{"X", "Y", "Z", "PHI", "THETA", "PSI"}));
   EXPECT_EQ(motion.rowCount(), 0u);
-  EXPECT_TRUE(motion.update());
+  EXPECT_NE(motion.update(), fileformat::Update::missing);
   EXPECT_EQ(console.text(), "File End is reached\n");
 
   append("Mvt_hull.dat", "0.05 0.25 0.0 -0.25 0.0 0.75 0.0\n0.10 0.5 0.0");
-  EXPECT_TRUE(motion.update());
+  EXPECT_NE(motion.update(), fileformat::Update::missing);
   EXPECT_EQ(motion.rowCount(), 2u);
   append("Mvt_hull.dat", " -0.375 0.0 1.0 0.0\n");
-  EXPECT_TRUE(motion.update());
+  EXPECT_NE(motion.update(), fileformat::Update::missing);
   EXPECT_EQ(console.text(), "File End is reached\nFile End is reached\nFile End is reached\n");
   EXPECT_EQ(motion.times(), (Doubles{0.0, 0.05, 0.10}));
   EXPECT_EQ(motion.values(0), (Doubles{0.0, 0.25, 0.5}));
@@ -55,7 +55,7 @@ TEST_F(MarineMotion, ShortRowIsReportedAndSkipped) {
   MotionHistory motion;
   ConsoleCapture console;
   motion.open(pathOf("Mvt_hull.dat"));
-  EXPECT_TRUE(motion.update());
+  EXPECT_NE(motion.update(), fileformat::Update::missing);
   EXPECT_EQ(console.text(), "Bad File Format\nBad File Format\nFile End is reached\n");
   EXPECT_EQ(motion.columnNames(), (Names{"X", "Z"}));
   EXPECT_EQ(motion.times(), (Doubles{0.0, 0.2}));
@@ -70,11 +70,11 @@ TEST_F(MarineMotion, ColumnsLineMissingThenWritten) {
   motion.open(pathOf("Mvt_hull.dat"));
   EXPECT_EQ(console.text(), "#COLUMNS line is not found in " + pathOf("Mvt_hull.dat") + "\n");
   EXPECT_TRUE(motion.columnNames().empty());
-  EXPECT_FALSE(motion.update());
+  EXPECT_EQ(motion.update(), fileformat::Update::unchanged);
   // Looked for again, quietly, on every update.
   EXPECT_EQ(console.text(), "#COLUMNS line is not found in " + pathOf("Mvt_hull.dat") + "\n");
   append("Mvt_hull.dat", "#COLUMNS T = X Z\n0.5 1.25 2.25\n");
-  EXPECT_TRUE(motion.update());
+  EXPECT_NE(motion.update(), fileformat::Update::missing);
   EXPECT_EQ(motion.columnNames(), (Names{"X", "Z"}));
   EXPECT_EQ(motion.times(), Doubles{0.5});
   EXPECT_EQ(motion.values(1), Doubles{2.25});
@@ -85,7 +85,7 @@ TEST_F(MarineMotion, MissingFileAndFolder) {
     MotionHistory motion;
     ConsoleCapture console;
     motion.open(path);
-    EXPECT_FALSE(motion.update());
+    EXPECT_EQ(motion.update(), fileformat::Update::missing);
     EXPECT_EQ(console.text(), "#COLUMNS line is not found in " + path + "\n");
     EXPECT_EQ(motion.rowCount(), 0u);
   }
@@ -97,28 +97,29 @@ TEST_F(MarineMotion, ColumnsLineCutBeforeItsEnd) {
   ConsoleCapture console;
   motion.open(pathOf("Mvt_hull.dat"));
   append("Mvt_hull.dat", " Z\n0.0 1.5 2.5\n");
-  EXPECT_TRUE(motion.update());
+  EXPECT_NE(motion.update(), fileformat::Update::missing);
   EXPECT_EQ(motion.columnNames(), (Names{"X", "Z"}));
   EXPECT_EQ(motion.values(1), Doubles{2.5});
 }
 
-TEST_F(MarineMotion, RewrittenFileIsNotReadAsMoreRows) {
+TEST_F(MarineMotion, RewrittenFileIsReadAgainFromItsTop) {
   write("Mvt_hull.dat", "#COLUMNS T = X\n0.0 1.5\n0.1 1.25\n");
   MotionHistory motion;
   motion.open(pathOf("Mvt_hull.dat"));
   ConsoleCapture console;
-  EXPECT_TRUE(motion.update());
-  write("Mvt_hull.dat", "#COLUMNS T = X\n0.0 9.5\n");
-  EXPECT_FALSE(motion.update());
-  EXPECT_EQ(motion.values(0), (Doubles{1.5, 1.25}));
-  EXPECT_EQ(console.text(), "File End is reached\n");
+  EXPECT_EQ(motion.update(), fileformat::Update::appended);
+  write("Mvt_hull.dat", "#COLUMNS T = Z\n0.0 9.5\n");
+  EXPECT_EQ(motion.update(), fileformat::Update::rewritten);
+  EXPECT_EQ(motion.columnNames(), Names{"Z"});
+  EXPECT_EQ(motion.values(0), Doubles{9.5});
+  EXPECT_EQ(console.text(), "File End is reached\nFile End is reached\n");
 }
 
 TEST_F(MarineMotion, NotOpenedMeansNoMotion) {
   MotionHistory motion;
   EXPECT_FALSE(motion.isOpen());
   ConsoleCapture console;
-  EXPECT_FALSE(motion.update());
+  EXPECT_EQ(motion.update(), fileformat::Update::missing);
   EXPECT_EQ(console.text(), "");
 }
 

@@ -78,7 +78,7 @@ TEST_F(MarineResFile, SteadyRecordsAnswerByResidualName) {
   ResFileMarine file(path_);
   ConsoleCapture console;
   ASSERT_TRUE(file.readHeader());
-  EXPECT_EQ(file.update(), 1);
+  EXPECT_EQ(file.update(), fileformat::Update::appended);
   EXPECT_EQ(console.text(), "");
   EXPECT_EQ(file.runMode(), ResFileMarine::RunMode::steady);
   EXPECT_EQ(file.modeText(), "STEADY");
@@ -109,7 +109,7 @@ TEST_F(MarineResFile, ColumnOrderDecidesWhichValueAnswersForUnknownNames) {
       "#COLUMNS itnl cpums ResP Res`w ResVt~ ResU\n"
       "7 0.1 4.5 2.5 1.5 0.5\n");
   ResFileMarine file(path_);
-  ASSERT_EQ(file.update(), 1);
+  ASSERT_EQ(file.update(), fileformat::Update::appended);
   const marine::IteResMarine record = file.record(0);
   EXPECT_EQ(record.iterationNumber(), 7);
   EXPECT_EQ(record.valueOf("ResP"), 4.5);
@@ -130,7 +130,7 @@ TEST_F(MarineResFile, UnsteadyRowsSkipCpuTimeAndPhysicalTime) {
   ASSERT_TRUE(file.readHeader());
   EXPECT_EQ(file.runMode(), ResFileMarine::RunMode::unsteady);
   EXPECT_EQ(file.skipCount(), 2);
-  EXPECT_EQ(file.update(), 1);
+  EXPECT_EQ(file.update(), fileformat::Update::appended);
   expectRecords(file, {{1, {0.75, 0.5}}, {2, {0.625, 0.25}}});
   EXPECT_EQ(file.record(1).valueOf("ResU"), 0.625);
   EXPECT_EQ(file.record(1).valueOf("ResP"), 0.25);
@@ -139,7 +139,7 @@ TEST_F(MarineResFile, UnsteadyRowsSkipCpuTimeAndPhysicalTime) {
 TEST_F(MarineResFile, NonFiniteTokensReadAsFixedNumbers) {
   write(kSteadyHeader + "+INF 0.5 NaN -INF Infinity 0.25\n" + "inf 0.5 nan 0.5 0.5 0.5\n");
   ResFileMarine file(path_);
-  ASSERT_EQ(file.update(), 1);
+  ASSERT_EQ(file.update(), fileformat::Update::appended);
   // "+INF" as an iteration number is 5; a lower-case "inf" is no number.
   expectRecords(file, {{5, {1.0, 1.0, 1.0, 0.25}}, {0, {1.0, 0.5, 0.5, 0.5}}});
 }
@@ -184,7 +184,7 @@ TEST_F(MarineResFile, UnknownColumnIsNamedAndNoRowIsRead) {
     EXPECT_FALSE(file.readHeader()) << c.columns;
     EXPECT_EQ(console.text(), "*** Parameter : " + std::string(c.unknown) + " in file: " + path_ + " is not found\n")
         << c.columns;
-    EXPECT_EQ(file.update(), 0) << c.columns;
+    EXPECT_EQ(file.update(), fileformat::Update::unchanged) << c.columns;
     EXPECT_EQ(file.recordCount(), 0u) << c.columns;
   }
 }
@@ -205,65 +205,14 @@ TEST_F(MarineResFile, FileThatAppearsLaterIsRead) {
   ResFileMarine file(path_);
   {
     ConsoleCapture console;
-    EXPECT_EQ(file.update(), 0);
+    EXPECT_EQ(file.update(), fileformat::Update::missing);
     EXPECT_EQ(console.text(), "Residual file " + path_ + " is not found\n");
   }
   write(kSteadyHeader + kSteadyRows);
   ConsoleCapture console;
-  EXPECT_EQ(file.update(), 1);
+  EXPECT_EQ(file.update(), fileformat::Update::appended);
   EXPECT_EQ(console.text(), "");
   expectRecords(file, kSteadyRecords);
-}
-
-TEST_F(MarineResFile, RowsCutAtEveryByteAreEachReadOnce) {
-  for (std::size_t cut = 0; cut <= kSteadyRows.size(); ++cut) {
-    write(kSteadyHeader + kSteadyRows.substr(0, cut));
-    ResFileMarine file(path_);
-    ConsoleCapture console;
-    const int first = file.update();
-    append(kSteadyRows.substr(cut));
-    const int second = file.update();
-    const std::string where = "cut at " + std::to_string(cut);
-    EXPECT_NE(first, 2) << where;
-    EXPECT_EQ(second, cut < kSteadyRows.size() ? 1 : 0) << where;
-    EXPECT_EQ(console.text(), "") << where;
-    expectRecords(file, kSteadyRecords, where);
-  }
-}
-
-TEST_F(MarineResFile, HeaderCutAtEveryByteStillGivesEveryRow) {
-  const std::string text = kSteadyHeader + kSteadyRows;
-  for (std::size_t cut = 0; cut <= kSteadyHeader.size(); ++cut) {
-    write(text.substr(0, cut));
-    ResFileMarine file(path_);
-    ConsoleCapture console;  // a header without its mode yet is reported
-    file.update();
-    append(text.substr(cut));
-    file.update();
-    expectRecords(file, kSteadyRecords, "cut at " + std::to_string(cut));
-  }
-}
-
-TEST_F(MarineResFile, RowsAppendedOneByteAtATime) {
-  write(kSteadyHeader);
-  ResFileMarine file(path_);
-  ASSERT_TRUE(file.readHeader());
-  ConsoleCapture console;
-  int answeredOne = 0;
-  for (std::size_t i = 0; i < kSteadyRows.size(); ++i) {
-    append(kSteadyRows.substr(i, 1));
-    const int answer = file.update();
-    ASSERT_TRUE(answer == 0 || answer == 1) << "after byte " << i;
-    answeredOne += answer;
-    // A row counts only once its line feed has arrived.
-    const std::size_t complete =
-        static_cast<std::size_t>(std::count(kSteadyRows.begin(), kSteadyRows.begin() + static_cast<long>(i) + 1, '\n'));
-    ASSERT_EQ(file.recordCount(), complete) << "after byte " << i;
-  }
-  EXPECT_EQ(answeredOne, 3);
-  EXPECT_EQ(console.text(), "");
-  expectRecords(file, kSteadyRecords);
-  EXPECT_EQ(file.previousIterationNumber(), 2);
 }
 
 TEST_F(MarineResFile, CarriageReturnLineFeedFiles) {
@@ -279,7 +228,7 @@ TEST_F(MarineResFile, CarriageReturnLineFeedFiles) {
   ASSERT_TRUE(file.readHeader());
   EXPECT_EQ(file.runMode(), ResFileMarine::RunMode::steady);
   EXPECT_EQ(file.modeText(), "STEADY");
-  EXPECT_EQ(file.update(), 1);
+  EXPECT_EQ(file.update(), fileformat::Update::appended);
   EXPECT_EQ(console.text(), "");
   expectRecords(file, kSteadyRecords);
 }
@@ -288,9 +237,9 @@ TEST_F(MarineResFile, CommentAndEmptyLinesBetweenRowsAreNoRows) {
   write(kSteadyHeader + "1 0.52 0.5 0.25 0.125 0.0625\n# restart from iteration 1\n\n   \n" +
         "2 1.04 0.375 0.1875 0.09375 0.046875\n#\n");
   ResFileMarine file(path_);
-  ASSERT_EQ(file.update(), 1);
+  ASSERT_EQ(file.update(), fileformat::Update::appended);
   append("3 1.56 0.25 0.125 0.0625 0.03125\n");
-  EXPECT_EQ(file.update(), 1);
+  EXPECT_EQ(file.update(), fileformat::Update::appended);
   expectRecords(file, kSteadyRecords);
 }
 
@@ -299,7 +248,7 @@ TEST_F(MarineResFile, ShortRowIsDroppedAndTheNextOneRead) {
         "3 1.56 0.25 0.125 0.0625 0.03125\n");
   ResFileMarine file(path_);
   ConsoleCapture console;
-  EXPECT_EQ(file.update(), 1);
+  EXPECT_EQ(file.update(), fileformat::Update::appended);
   EXPECT_EQ(console.text(), "");
   expectRecords(file, kSteadyRecords);
 }
@@ -307,12 +256,12 @@ TEST_F(MarineResFile, ShortRowIsDroppedAndTheNextOneRead) {
 TEST_F(MarineResFile, NothingNewAnswersZero) {
   write(kSteadyHeader + kSteadyRows);
   ResFileMarine file(path_);
-  EXPECT_EQ(file.update(), 1);
-  EXPECT_EQ(file.update(), 0);
+  EXPECT_EQ(file.update(), fileformat::Update::appended);
+  EXPECT_EQ(file.update(), fileformat::Update::unchanged);
   append("4 2.08 0.125");  // no line feed yet
-  EXPECT_EQ(file.update(), 0);
+  EXPECT_EQ(file.update(), fileformat::Update::unchanged);
   append(" 0.0625 0.03125 0.015625\n");
-  EXPECT_EQ(file.update(), 1);
+  EXPECT_EQ(file.update(), fileformat::Update::appended);
   ASSERT_EQ(file.recordCount(), 4u);
   EXPECT_EQ(file.record(3).iterationNumber(), 4);
   EXPECT_EQ(file.record(3).valueOf("ResP"), 0.015625);
@@ -334,10 +283,10 @@ TEST_F(MarineResFile, RewrittenFileAnswersTwo) {
   for (const auto& c : cases) {
     write(kSteadyHeader + kSteadyRows);
     ResFileMarine file(path_);
-    ASSERT_EQ(file.update(), 1) << c.what;
+    ASSERT_EQ(file.update(), fileformat::Update::appended) << c.what;
     write(c.rewritten);
     ConsoleCapture console;
-    EXPECT_EQ(file.update(), 2) << c.what;
+    EXPECT_EQ(file.update(), fileformat::Update::rewritten) << c.what;
     EXPECT_EQ(console.text(), "") << c.what;
   }
 }
@@ -345,15 +294,15 @@ TEST_F(MarineResFile, RewrittenFileAnswersTwo) {
 TEST_F(MarineResFile, RestartReadsTheFileFromItsTop) {
   write(kSteadyHeader + kSteadyRows);
   ResFileMarine file(path_);
-  ASSERT_EQ(file.update(), 1);
+  ASSERT_EQ(file.update(), fileformat::Update::appended);
   write(
       "#QV_BEGIN\nCALCUL\nMODE UNSTEADY\n#QV_END\n"
       "#COLUMNS itnl cpums t ResK\n"
       "1 0.1 0.05 0.5\n");
-  EXPECT_EQ(file.update(), 2);
+  EXPECT_EQ(file.update(), fileformat::Update::rewritten);
   file.restart();
   EXPECT_EQ(file.recordCount(), 0u);
-  EXPECT_EQ(file.update(), 1);
+  EXPECT_EQ(file.update(), fileformat::Update::appended);
   EXPECT_EQ(file.runMode(), ResFileMarine::RunMode::unsteady);
   expectRecords(file, {{1, {0.5}}});
   EXPECT_EQ(file.record(0).valueOf("ResK"), 0.5);
@@ -378,7 +327,7 @@ TEST_F(MarineResFile, ColumnsLineWrittenAfterTheFirstLookIsStillUsed) {
 TEST_F(MarineResFile, ResidualsKeepTheSinglePrecisionOfTheTokenRead) {
   write(kSteadyHeader + "1 0.52 0.1 1e-50 3.3 0.5\n");
   ResFileMarine file(path_);
-  ASSERT_EQ(file.update(), 1);
+  ASSERT_EQ(file.update(), fileformat::Update::appended);
   const marine::IteResMarine record = file.record(0);
   EXPECT_EQ(record.valueOf("ResU"), static_cast<double>(0.1f)) << "0.1 as a single-precision real is 0.100000001490116";
   EXPECT_EQ(record.valueOf("ResV"), 0.0) << "1e-50 is below the smallest single-precision real";

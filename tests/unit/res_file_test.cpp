@@ -534,12 +534,16 @@ TEST_F(ResidualFile, ProjectStartsOverWhenTheFileIsRewritten) {
   EXPECT_EQ(project.currentIter().get(0, 0), 0);
   EXPECT_EQ(project.currentIter().get(999, 9999), 0);
 
-  // A file gone: 0, the open failure reported, the history kept.
+  // A file gone: 0, the open failure reported at every read and the
+  // disappearance once, the history kept.
   std::filesystem::remove(path_);
   ConsoleCapture console;
   EXPECT_EQ(project.update(), 0);
-  EXPECT_EQ(console.text(),
-            "*** ResFile  :: read() Cannot open the file :\n\t\t\t      " + path_ + "\n");
+  EXPECT_EQ(project.update(), 0);
+  const std::string cannotOpen = "*** ResFile  :: read() Cannot open the file :\n\t\t\t      " + path_ + "\n";
+  EXPECT_EQ(console.text(), "File " + path_ + " has disappeared; what was read from it stays shown\n" +
+                                cannotOpen + cannotOpen);
+  EXPECT_EQ(project.resFile().recordCount(), restarted.size());
 }
 
 }  // namespace

@@ -52,7 +52,7 @@ std::vector<double> readDataLine(std::string_view line, std::size_t count) {
 }
 
 void ExtraQuantities::reset(const std::string& folder) {
-  file_ = fileformat::AppendedLines(folder + "user_data.csv");
+  file_ = fileformat::GrowingFile(folder + "user_data.csv");
   headerRead_ = false;
   quantities_.clear();
 }
@@ -75,18 +75,18 @@ bool ExtraQuantities::take(std::string_view line) {
   return true;
 }
 
-void ExtraQuantities::update() {
-  auto status = file_.read([this](std::string_view line) { return take(line); });
-  if (status != fileformat::AppendedLines::Status::rewritten) return;
+fileformat::Update ExtraQuantities::update() {
+  const auto status = file_.readLines([this](std::string_view line) { return take(line); });
+  if (status != fileformat::Update::rewritten) return status;
   std::vector<int> positions;
   for (const ExtraQuantity& quantity : quantities_) positions.push_back(quantity.currentIteration);
-  file_.restart();
   headerRead_ = false;
   quantities_.clear();
-  file_.read([this](std::string_view line) { return take(line); });
+  file_.readLines([this](std::string_view line) { return take(line); });
   for (std::size_t q = 0; q < quantities_.size() && q < positions.size(); ++q) {
     quantities_[q].currentIteration = positions[q];
   }
+  return status;
 }
 
 }  // namespace marine

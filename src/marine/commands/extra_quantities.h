@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "fileformat/appended_lines.h"
+#include "fileformat/growing_file.h"
 
 namespace marine {
 
@@ -34,7 +34,9 @@ class ExtraQuantities {
   void reset(const std::string& folder);
   // Reads the lines added since the last update. A file that was rewritten
   // is read again from its top; the scripts' current positions stay.
-  void update();
+  fileformat::Update update();
+
+  const fileformat::GrowingFile& file() const { return file_; }
 
   std::vector<ExtraQuantity>& quantities() { return quantities_; }
   const std::vector<ExtraQuantity>& quantities() const { return quantities_; }
@@ -42,7 +44,7 @@ class ExtraQuantities {
  private:
   bool take(std::string_view line);
 
-  fileformat::AppendedLines file_;
+  fileformat::GrowingFile file_;
   bool headerRead_ = false;
   std::vector<ExtraQuantity> quantities_;
 };

@@ -1,0 +1,174 @@
+#include "fileformat/growing_file.h"
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+#include "platform/console.h"
+
+namespace fileformat {
+namespace {
+
+// Bytes read from the file at a time.
+constexpr std::size_t kChunk = std::size_t{1} << 20;
+// Bytes compared at the top of the file and before the offset taken: enough
+// for a few rows, so that a rewritten file is told from a grown one.
+constexpr std::size_t kCheckBytes = 1024;
+
+// The bytes of [from, from + count), or nothing when they cannot be read.
+std::optional<std::string> bytesAt(InputFile& file, std::uint64_t from, std::size_t count) {
+  std::string bytes(count, '\0');
+  if (!file.seek(from) || file.read(bytes.data(), count) != count) return std::nullopt;
+  return bytes;
+}
+
+// Where the first line feed of [from, to) stands, read a chunk at a time
+// without keeping the bytes.
+std::optional<std::uint64_t> findLineFeed(InputFile& file, std::uint64_t from, std::uint64_t to) {
+  if (from >= to || !file.seek(from)) return std::nullopt;
+  std::vector<char> chunk(static_cast<std::size_t>(std::min<std::uint64_t>(kChunk, to - from)));
+  while (from < to) {
+    const std::size_t want = static_cast<std::size_t>(std::min<std::uint64_t>(chunk.size(), to - from));
+    const std::size_t got = file.read(chunk.data(), want);
+    const std::string_view bytes(chunk.data(), got);
+    const std::size_t feed = bytes.find('\n');
+    if (feed != std::string_view::npos) return from + feed;
+    if (got < want) break;
+    from += got;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+void GrowingFile::restart() {
+  offset_ = 0;
+  seenTo_ = 0;
+  lineStart_ = 0;
+  dropping_ = false;
+  seen_ = false;
+  present_ = false;
+  lost_ = false;
+  head_.clear();
+  tail_.clear();
+}
+
+Update GrowingFile::noteMissing() {
+  present_ = false;
+  if (seen_ && !lost_) {
+    platform::consoleLine("File " + path_ + " has disappeared; what was read from it stays shown");
+    lost_ = true;
+  }
+  return Update::missing;
+}
+
+bool GrowingFile::continuesWhatWasTaken(InputFile& file, std::uint64_t size) {
+  if (size < seenTo_) return false;
+  if (offset_ == 0) return true;
+  return bytesAt(file, 0, head_.size()) == head_ &&
+         bytesAt(file, offset_ - tail_.size(), tail_.size()) == tail_;
+}
+
+void GrowingFile::rememberCheckBytes(InputFile& file) {
+  const std::size_t count = static_cast<std::size_t>(std::min<std::uint64_t>(offset_, kCheckBytes));
+  head_ = bytesAt(file, 0, count).value_or(std::string());
+  tail_ = bytesAt(file, offset_ - count, count).value_or(std::string());
+}
+
+void GrowingFile::startDropping(std::uint64_t end) {
+  platform::consoleLine("Line of more than " + std::to_string(kMaxLineBytes) + " bytes at byte " +
+                        std::to_string(offset_) + " of " + path_ +
+                        " dropped; reading goes on after its end");
+  dropping_ = true;
+  offset_ = end;
+}
+
+bool GrowingFile::dropUpToLineFeed(InputFile& file, std::uint64_t from, std::uint64_t size) {
+  const std::optional<std::uint64_t> feed = findLineFeed(file, from, size);
+  offset_ = feed ? *feed + 1 : size;
+  dropping_ = !feed;
+  return feed.has_value();
+}
+
+Update GrowingFile::read(const TextTaker& take) {
+  InputFile file = InputFile::open(path_);
+  const std::optional<std::uint64_t> size = file ? file.size() : std::nullopt;
+  if (!size) return noteMissing();
+  present_ = true;
+  if (lost_ || !continuesWhatWasTaken(file, *size)) {
+    restart();
+    seen_ = true;
+    return Update::rewritten;
+  }
+  seen_ = true;
+  if (*size == seenTo_) return Update::unchanged;
+
+  const std::uint64_t takenBefore = offset_;
+  const auto settled = [&](Update result) {
+    if (offset_ != takenBefore) rememberCheckBytes(file);
+    return result;
+  };
+  if (dropping_) {
+    if (!dropUpToLineFeed(file, seenTo_, *size)) {
+      seenTo_ = lineStart_ = *size;
+      return settled(Update::unchanged);
+    }
+  } else if (seenTo_ > offset_ && !findLineFeed(file, seenTo_, *size)) {
+    // Only the unfinished line grew: no need to read it again yet.
+    if (*size - lineStart_ > kMaxLineBytes) startDropping(*size);
+    seenTo_ = *size;
+    if (dropping_) lineStart_ = *size;
+    return settled(Update::unchanged);
+  }
+
+  Update result = Update::unchanged;
+  if (!file.seek(offset_)) {
+    platform::consoleLine("couldn't seek to the position " + std::to_string(offset_));
+    return settled(result);
+  }
+  std::string pending;         // the text from offset_ on, not taken yet
+  std::size_t complete = 0;    // bytes of it that are whole lines
+  std::size_t offered = 0;     // bytes of it offered already
+  std::uint64_t left = *size - offset_;
+  bool stopped = false;
+  while (left > 0 && !stopped) {
+    const std::size_t held = pending.size();
+    const std::size_t want = static_cast<std::size_t>(std::min<std::uint64_t>(kChunk, left));
+    pending.resize(held + want);
+    const std::size_t got = file.read(pending.data() + held, want);
+    pending.resize(held + got);
+    left = got < want ? 0 : left - got;
+    const std::size_t feed = std::string_view(pending).substr(held).rfind('\n');
+    if (feed != std::string_view::npos) complete = held + feed + 1;
+
+    if (complete > offered) {
+      const Taken taken = take(std::string_view(pending).substr(0, complete));
+      const std::size_t bytes = std::min(taken.bytes, complete);
+      if (bytes > 0) {
+        result = Update::appended;
+        offset_ += bytes;
+        pending.erase(0, bytes);
+        complete -= bytes;
+      }
+      offered = complete;
+      stopped = taken.stop;
+    }
+    if (!stopped && pending.size() > kMaxLineBytes) {
+      startDropping(offset_ + pending.size());
+      pending = std::string();
+      complete = offered = 0;
+      if (!dropUpToLineFeed(file, offset_, *size)) break;
+      left = *size - offset_;
+      if (!file.seek(offset_)) break;
+    }
+  }
+  if (stopped) {
+    seenTo_ = lineStart_ = offset_;
+  } else {
+    seenTo_ = dropping_ ? offset_ : offset_ + pending.size();
+    lineStart_ = dropping_ ? offset_ : offset_ + complete;
+  }
+  return settled(result);
+}
+
+}  // namespace fileformat
