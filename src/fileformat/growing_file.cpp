@@ -18,16 +18,18 @@ constexpr std::size_t kCheckBytes = 1024;
 // The bytes of [from, from + count), or nothing when they cannot be read.
 std::optional<std::string> bytesAt(InputFile& file, std::uint64_t from, std::size_t count) {
   std::string bytes(count, '\0');
-  if (!file.seek(from) || file.read(bytes.data(), count) != count) return std::nullopt;
+  if (file.readAt(from, bytes.data(), count) != count) return std::nullopt;
   return bytes;
 }
 
 // Where the first line feed of [from, to) stands, read a chunk at a time
 // without keeping the bytes.
 std::optional<std::uint64_t> findLineFeed(InputFile& file, std::uint64_t from, std::uint64_t to) {
-  if (from >= to || !file.seek(from)) return std::nullopt;
+  if (from >= to) return std::nullopt;
   std::vector<char> chunk(static_cast<std::size_t>(std::min<std::uint64_t>(kChunk, to - from)));
   while (from < to) {
+    from = std::min(file.dataFrom(from, to), to);
+    if (from == to || !file.seek(from)) break;
     const std::size_t want = static_cast<std::size_t>(std::min<std::uint64_t>(chunk.size(), to - from));
     const std::size_t got = file.read(chunk.data(), want);
     const std::string_view bytes(chunk.data(), got);
@@ -51,6 +53,7 @@ void GrowingFile::restart() {
   lost_ = false;
   head_.clear();
   tail_.clear();
+  checkBytesStale_ = false;
 }
 
 Update GrowingFile::noteMissing() {
@@ -73,6 +76,22 @@ void GrowingFile::rememberCheckBytes(InputFile& file) {
   const std::size_t count = static_cast<std::size_t>(std::min<std::uint64_t>(offset_, kCheckBytes));
   head_ = bytesAt(file, 0, count).value_or(std::string());
   tail_ = bytesAt(file, offset_ - count, count).value_or(std::string());
+  checkBytesStale_ = false;
+}
+
+void GrowingFile::noteTaken(std::string_view taken) {
+  // The head holds the first bytes of the file while the offset is below
+  // its length; the tail the last bytes before the offset.
+  if (head_.size() < kCheckBytes && head_.size() == offset_) {
+    head_.append(taken.substr(0, kCheckBytes - head_.size()));
+  }
+  if (taken.size() >= kCheckBytes) {
+    tail_.assign(taken.substr(taken.size() - kCheckBytes));
+  } else {
+    tail_.append(taken);
+    if (tail_.size() > kCheckBytes) tail_.erase(0, tail_.size() - kCheckBytes);
+  }
+  offset_ += taken.size();
 }
 
 void GrowingFile::startDropping(std::uint64_t end) {
@@ -81,12 +100,14 @@ void GrowingFile::startDropping(std::uint64_t end) {
                         " dropped; reading goes on after its end");
   dropping_ = true;
   offset_ = end;
+  checkBytesStale_ = true;
 }
 
 bool GrowingFile::dropUpToLineFeed(InputFile& file, std::uint64_t from, std::uint64_t size) {
   const std::optional<std::uint64_t> feed = findLineFeed(file, from, size);
   offset_ = feed ? *feed + 1 : size;
   dropping_ = !feed;
+  checkBytesStale_ = true;
   return feed.has_value();
 }
 
@@ -103,9 +124,8 @@ Update GrowingFile::read(const TextTaker& take) {
   seen_ = true;
   if (*size == seenTo_) return Update::unchanged;
 
-  const std::uint64_t takenBefore = offset_;
   const auto settled = [&](Update result) {
-    if (offset_ != takenBefore) rememberCheckBytes(file);
+    if (checkBytesStale_) rememberCheckBytes(file);
     return result;
   };
   if (dropping_) {
@@ -130,6 +150,9 @@ Update GrowingFile::read(const TextTaker& take) {
   std::size_t complete = 0;    // bytes of it that are whole lines
   std::size_t offered = 0;     // bytes of it offered already
   std::uint64_t left = *size - offset_;
+  // Room for the longest line and one chunk, so that growing the text never
+  // doubles it past that (pages not written are not taken from the system).
+  pending.reserve(static_cast<std::size_t>(std::min<std::uint64_t>(left, kMaxLineBytes + kChunk)));
   bool stopped = false;
   while (left > 0 && !stopped) {
     const std::size_t held = pending.size();
@@ -146,7 +169,7 @@ Update GrowingFile::read(const TextTaker& take) {
       const std::size_t bytes = std::min(taken.bytes, complete);
       if (bytes > 0) {
         result = Update::appended;
-        offset_ += bytes;
+        noteTaken(std::string_view(pending).substr(0, bytes));
         pending.erase(0, bytes);
         complete -= bytes;
       }

@@ -77,6 +77,9 @@ class GrowingFile {
   Update noteMissing();
   bool continuesWhatWasTaken(InputFile& file, std::uint64_t size);
   void rememberCheckBytes(InputFile& file);
+  // Moves the offset past `taken`, the text just taken, keeping the bytes
+  // that the next read checks.
+  void noteTaken(std::string_view taken);
   // Drops the unfinished line that starts at offset_ and reaches `end`.
   void startDropping(std::uint64_t end);
   // Goes on dropping the long line from `from`; true once its line feed was
@@ -88,6 +91,7 @@ class GrowingFile {
   std::uint64_t seenTo_ = 0;     // bytes looked at; nothing before that waits to be offered
   std::uint64_t lineStart_ = 0;  // start of the unfinished line that ends at seenTo_
   bool dropping_ = false;        // a line over the limit is being skipped
+  bool checkBytesStale_ = false; // the offset moved past bytes not taken
   bool seen_ = false;            // the file could be opened since the last restart
   bool present_ = false;
   bool lost_ = false;

@@ -23,9 +23,15 @@ class InputFile {
   std::optional<std::uint64_t> size();
   // Positions the next read at `offset`; false when the system refuses.
   bool seek(std::uint64_t offset);
+  // The first offset at or after `from` where the file may hold data: the
+  // holes of a sparse file hold nothing but NUL bytes and need not be read.
+  // `from` itself where the system cannot tell; `size` past the last data.
+  std::uint64_t dataFrom(std::uint64_t from, std::uint64_t size);
   // Reads up to `count` bytes from the current position; answers how many
   // arrived (fewer only at the file's end or on an error).
   std::size_t read(char* into, std::size_t count);
+  // Reads up to `count` bytes from `offset`, wherever the current position is.
+  std::size_t readAt(std::uint64_t offset, char* into, std::size_t count);
 
  private:
   struct Closer {

@@ -14,6 +14,7 @@ namespace {
 constexpr std::string_view kStampKeyword = "#CREATED ";
 // The stamp stands in the first comment lines, well within this.
 constexpr std::size_t kStampPrefixBytes = 64 * 1024;
+constexpr std::size_t kStampBlockBytes = 4096;
 
 // Up to three numbers of `text` separated by any of `separators`, each read
 // as its leading digits.
@@ -35,25 +36,34 @@ bool isLeapYear(long year) { return (year % 4 == 0 && year % 100 != 0) || year %
 
 }  // namespace
 
-std::string readResCreationDate(const std::string& residualPath) {
-  // Only a prefix of the file is read: the check runs at every refresh and
-  // must cost the same whatever the history below the comment lines holds.
+std::optional<std::string> creationStampOf(const std::string& residualPath) {
+  // Only the leading comment lines are read, a block at a time up to a
+  // limit: the check runs at every refresh and must cost the same whatever
+  // the file holds below them.
   fileformat::InputFile file = fileformat::InputFile::open(residualPath);
-  if (!file) {
-    platform::consoleLine("Error in readResCreationDate! Could not read '" + residualPath + "'.");
-    return {};
+  if (!file) return std::nullopt;
+  std::string text;
+  std::size_t lineStart = 0;
+  while (text.size() < kStampPrefixBytes) {
+    const std::size_t held = text.size();
+    text.resize(held + kStampBlockBytes);
+    text.resize(held + file.readAt(held, text.data() + held, kStampBlockBytes));
+    // A line without its line feed is still being written.
+    for (std::size_t end = text.find('\n', lineStart); end != std::string::npos; end = text.find('\n', lineStart)) {
+      const std::string_view line = fileformat::withoutCarriageReturn(std::string_view(text).substr(lineStart, end - lineStart));
+      if (!line.starts_with('#')) return std::string();
+      if (line.starts_with(kStampKeyword)) return std::string(line.substr(kStampKeyword.size()));
+      lineStart = end + 1;
+    }
+    if (text.size() < held + kStampBlockBytes) break;  // the end of the file
   }
-  std::string prefix(kStampPrefixBytes, '\0');
-  prefix.resize(file.read(prefix.data(), prefix.size()));
-  std::string_view text(prefix);
-  // A line without its line feed is still being written.
-  for (std::size_t end = text.find('\n'); end != std::string_view::npos && text.starts_with('#');
-       end = text.find('\n')) {
-    const std::string_view line = fileformat::withoutCarriageReturn(text.substr(0, end));
-    if (line.starts_with(kStampKeyword)) return std::string(line.substr(kStampKeyword.size()));
-    text.remove_prefix(end + 1);
-  }
-  return {};
+  return std::string();
+}
+
+std::string readResCreationDate(const std::string& residualPath) {
+  std::optional<std::string> stamp = creationStampOf(residualPath);
+  if (!stamp) platform::consoleLine("Error in readResCreationDate! Could not read '" + residualPath + "'.");
+  return stamp.value_or(std::string());
 }
 
 std::optional<long> julianDay(int day, int month, int year) {

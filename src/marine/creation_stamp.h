@@ -15,6 +15,9 @@ namespace marine {
 // readResCreationDate! Could not read '<path>'." when the file cannot be read.
 std::string readResCreationDate(const std::string& residualPath);
 
+// The same, quietly: nothing when the file cannot be read.
+std::optional<std::string> creationStampOf(const std::string& residualPath);
+
 // The moment a stamp "day/month/year hours:minutes:seconds" names, in the
 // local time zone (years of 99 or less are in the 1900s); nothing for
 // "not_found", an empty text, a text without a blank or an impossible date.

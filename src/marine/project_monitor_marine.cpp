@@ -26,6 +26,11 @@ ProjectMonitorMarine::ProjectMonitorMarine(std::string residualPath)
   folder_ = resFile_.directory();
 }
 
+void ProjectMonitorMarine::startOver() {
+  loaded_ = false;
+  resFile_.restart();
+}
+
 bool ProjectMonitorMarine::load() {
   loaded_ = false;
   trueBodies_.clear();
@@ -33,7 +38,6 @@ bool ProjectMonitorMarine::load() {
   motionBodyIndexes_.clear();
   componentFiles_.clear();
   files_.clear();
-  resFile_.restart();
   std::fill(currentIterations_.begin(), currentIterations_.end(), 0);
   actuatorDisks_.reset(folder_);
   extraQuantities_.reset(folder_);
@@ -182,11 +186,9 @@ bool ProjectMonitorMarine::readStructure() {
 
 bool ProjectMonitorMarine::newRunOnDisk() {
   // A residual file that has disappeared is reported by its reader, once.
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(path_, error)) return false;
-  const std::string stamp = readResCreationDate(path_);
-  if (stamp.empty()) return false;
-  const std::optional<std::time_t> time = stampTime(stamp);
+  const std::optional<std::string> stamp = creationStampOf(path_);
+  if (!stamp || stamp->empty()) return false;
+  const std::optional<std::time_t> time = stampTime(*stamp);
   if (time == stampTime_) return false;
   platform::consoleLine("Different solver run detected, currently displayed run started at " +
                         formatStampTime(stampTime_) + ", the run from " + formatStampTime(time) +
@@ -219,7 +221,7 @@ ProjectMonitorMarine::Refresh ProjectMonitorMarine::refresh() {
   Refresh result;
   bool fromScratch = false;
   if (loaded_ && newRunOnDisk()) {
-    loaded_ = false;
+    startOver();
     result.changed = true;
   }
   if (!loaded_) {
@@ -227,6 +229,7 @@ ProjectMonitorMarine::Refresh ProjectMonitorMarine::refresh() {
     fromScratch = true;
   }
   if (!readFiles(result)) {
+    startOver();
     result = Refresh{false, true, {}};
     fromScratch = true;
     if (!load()) return result;

@@ -75,6 +75,8 @@ class ProjectMonitorMarine {
   void readBodyBlocks(const std::string& path, std::vector<BodyObject>& bodies, bool needsMode,
                       const char* label);
   bool readStructure();
+  // Forgets the run on display: the next load reads the files from their top.
+  void startOver();
   // Prints the "Different solver run detected" message and answers true when
   // the residual file's creation stamp is not the displayed run's.
   bool newRunOnDisk();
