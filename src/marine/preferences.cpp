@@ -1,5 +1,7 @@
 #include "marine/preferences.h"
 
+#include <algorithm>
+
 #include "fileformat/input_file.h"
 #include "fileformat/line_helpers.h"
 #include "script/settings_line_readers.h"
@@ -16,7 +18,8 @@ constexpr std::size_t kMaxPreferencesBytes = std::size_t{1} << 20;
 std::string preferencesText(const std::string& path) {
   fileformat::InputFile file = fileformat::InputFile::open(path);
   if (!file) return {};
-  std::string text(kMaxPreferencesBytes + 1, '\0');
+  const std::uint64_t size = file.size().value_or(0);
+  std::string text(static_cast<std::size_t>(std::min<std::uint64_t>(size, kMaxPreferencesBytes + 1)), '\0');
   text.resize(file.read(text.data(), text.size()));
   if (text.size() > kMaxPreferencesBytes) {
     const std::size_t lastFeed = text.rfind('\n', kMaxPreferencesBytes - 1);

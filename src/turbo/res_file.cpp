@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <fstream>
 
+#include "fileformat/input_file.h"
 #include "fileformat/token_stream.h"
 #include "platform/console.h"
 #include "turbo/curve_names.h"
@@ -149,8 +150,6 @@ fileformat::Taken ResFile::take(std::string_view text) {
       header_ = HeaderState::failed;
       return {0, true};
     }
-    // A fresh history from here on.
-    clearRecords();
     header_ = HeaderState::read;
     position = tokens.position();
   }
@@ -161,6 +160,9 @@ fileformat::Taken ResFile::take(std::string_view text) {
 }
 
 int ResFile::read() {
+  // A read from the top of a file that can be opened starts a fresh history;
+  // a file that cannot be opened leaves the history held.
+  if (header_ != HeaderState::read && fileformat::InputFile::open(path())) clearRecords();
   const fileformat::Update status =
       file_.read([this](std::string_view text) { return take(text); });
   if (status == fileformat::Update::missing) {

@@ -153,16 +153,6 @@ TEST_F(ExtraQuantitiesFile, ReadsTheTitlesAndOneValuePerDataLine) {
   for (const ExtraQuantity& quantity : quantities.quantities()) EXPECT_EQ(quantity.currentIteration, 0);
 }
 
-TEST_F(ExtraQuantitiesFile, CarriageReturnsAtLineEndsChangeNothing) {
-  std::string text;
-  for (const char c : kThreeRows) text += c == '\n' ? std::string("\r\n") : std::string(1, c);
-  write(text);
-  ExtraQuantities quantities;
-  EXPECT_EQ(readAfresh(quantities), "");
-  EXPECT_EQ(describe(quantities.quantities()), kThreeRowsRead);
-  EXPECT_EQ(quantities.quantities()[2].name, "Trim");
-}
-
 TEST_F(ExtraQuantitiesFile, AShortLineIsPaddedWithZerosAndExtraValuesAreIgnored) {
   write("A\tB\tC\r\n1\t2\r\n4 5 6 7 8\n9\t10\t11\n");
   ExtraQuantities quantities;
@@ -197,50 +187,6 @@ TEST_F(ExtraQuantitiesFile, AHeaderAloneGivesQuantitiesWithoutValues) {
   ExtraQuantities quantities;
   readAfresh(quantities);
   EXPECT_EQ(describe(quantities.quantities()), "Time [s]:\nTrim []:\n");
-}
-
-TEST_F(ExtraQuantitiesFile, AFileThatAppearsLaterIsReadFromItsTop) {
-  ExtraQuantities quantities;
-  readAfresh(quantities);
-  ASSERT_TRUE(quantities.quantities().empty());
-  write(kThreeRows);
-  EXPECT_EQ(update(quantities), "");
-  EXPECT_EQ(describe(quantities.quantities()), kThreeRowsRead);
-}
-
-TEST_F(ExtraQuantitiesFile, AGrowingFileStoresEachLineOnceWhereverItWasCut) {
-  // The file written in two pieces, cut at every position, with a read
-  // after each piece (and one more with nothing new) reads like the whole.
-  const std::string whole = std::string(kThreeRows) + "0.2\t1519.1\n0.25\t1518.7\t0.03\r\n";
-  ExtraQuantities reference;
-  write(whole);
-  const std::string referenceConsole = readAfresh(reference);
-  ASSERT_EQ(referenceConsole, "Warning! Unfinished line '0.2\t1519.1. Expected 3 values in the line.\n");
-  const std::string expected = describe(reference.quantities());
-
-  for (std::size_t cut = 0; cut <= whole.size(); ++cut) {
-    write(whole.substr(0, cut));
-    ExtraQuantities quantities;
-    std::string console = readAfresh(quantities);
-    append(whole.substr(cut));
-    console += update(quantities);
-    console += update(quantities);
-    EXPECT_EQ(describe(quantities.quantities()), expected) << "cut at " << cut;
-    EXPECT_EQ(console, referenceConsole) << "cut at " << cut;
-  }
-}
-
-TEST_F(ExtraQuantitiesFile, AHalfWrittenLineWaitsForItsEnd) {
-  write("A\tB\n1\t2\n3");
-  ExtraQuantities quantities;
-  EXPECT_EQ(readAfresh(quantities), "");
-  EXPECT_EQ(describe(quantities.quantities()), "A []: 1\nB []: 2\n");
-  append("\t4");
-  EXPECT_EQ(update(quantities), "");
-  EXPECT_EQ(describe(quantities.quantities()), "A []: 1\nB []: 2\n");
-  append("\n");
-  EXPECT_EQ(update(quantities), "");
-  EXPECT_EQ(describe(quantities.quantities()), "A []: 1 3\nB []: 2 4\n");
 }
 
 TEST_F(ExtraQuantitiesFile, ARewrittenFileIsReadAgainAndTheChosenPositionsStay) {

@@ -578,18 +578,4 @@ TEST_F(MarineComponentFile, RewrittenFileIsReported) {
   EXPECT_EQ(forcesOf(fresh[0], "Fx"), (Doubles{1.5, 1.75, 1.0}));
 }
 
-TEST_F(MarineComponentFile, CarriageReturnLineFeedHeader) {
-  std::string text = "#QV_BEGIN\r\nVARIABLES = T itnl Fx Fx\r\nNAMES = hull rudder\r\n#QV_END\r\n"
-                     "#COLUMNS T itnl hull rudder\r\n0.0 1 1.5 4.5\r\n";
-  write("eff_Fx.dat", text);
-  std::vector<BodyObject> bodies = bodiesOf("#QV_BEGIN\nBODY\nNAME hull\n#QV_END\n#QV_BEGIN\nBODY\nNAME rudder\n#QV_END\n", false);
-  ComponentFile file(pathOf("eff_Fx.dat"), Component::force, 0);
-  ConsoleCapture console;
-  ASSERT_TRUE(file.readHeader(bodies));
-  file.update(bodies, true);
-  EXPECT_EQ(console.text(), "");
-  EXPECT_EQ(forcesOf(bodies[0], "Fx"), Doubles{1.5});
-  EXPECT_EQ(forcesOf(bodies[1], "Fx"), Doubles{4.5});
-}
-
 }  // namespace

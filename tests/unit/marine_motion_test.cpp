@@ -91,17 +91,6 @@ TEST_F(MarineMotion, MissingFileAndFolder) {
   }
 }
 
-TEST_F(MarineMotion, ColumnsLineCutBeforeItsEnd) {
-  write("Mvt_hull.dat", "#COLUMNS T = X");
-  MotionHistory motion;
-  ConsoleCapture console;
-  motion.open(pathOf("Mvt_hull.dat"));
-  append("Mvt_hull.dat", " Z\n0.0 1.5 2.5\n");
-  EXPECT_NE(motion.update(), fileformat::Update::missing);
-  EXPECT_EQ(motion.columnNames(), (Names{"X", "Z"}));
-  EXPECT_EQ(motion.values(1), Doubles{2.5});
-}
-
 TEST_F(MarineMotion, RewrittenFileIsReadAgainFromItsTop) {
   write("Mvt_hull.dat", "#COLUMNS T = X\n0.0 1.5\n0.1 1.25\n");
   MotionHistory motion;
@@ -152,22 +141,6 @@ TEST_F(MarineActuatorDisks, TwoDisksWithTwoQuantities) {
   EXPECT_EQ(table.disk(0).value(1, 0), 10.0);
   EXPECT_EQ(table.disk(1).value(0, 1), 2.25);
   EXPECT_EQ(table.disk(1).value(1, 2), 22.0);
-}
-
-TEST_F(MarineActuatorDisks, HalfRowIsNotAStep) {
-  write("eff_AD.dat", "VARIABLES = \"T\" \"Load1\" \"Speed1\" \"Load2\" \"Speed2\"\n0.0 1.5 10.0 2.5 20.0\n0.1 1.25");
-  marine::ActuatorDiskTable table;
-  table.reset(folder_.string() + "/");
-  table.update();
-  ASSERT_EQ(table.diskCount(), 2);
-  EXPECT_EQ(table.disk(0).stepCount(), 1);
-  EXPECT_EQ(table.disk(1).stepCount(), 1);
-  append("eff_AD.dat", " 11.0 2.25 21.0\n");
-  table.update();
-  EXPECT_EQ(table.disk(0).stepCount(), 2);
-  EXPECT_EQ(table.disk(1).stepCount(), 2);
-  EXPECT_EQ(table.disk(0).value(0, 1), 1.25);
-  EXPECT_EQ(table.disk(1).value(1, 1), 21.0);
 }
 
 TEST_F(MarineActuatorDisks, MissingFileGivesNoDiskAndNoMessage) {

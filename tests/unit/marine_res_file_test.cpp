@@ -215,24 +215,6 @@ TEST_F(MarineResFile, FileThatAppearsLaterIsRead) {
   expectRecords(file, kSteadyRecords);
 }
 
-TEST_F(MarineResFile, CarriageReturnLineFeedFiles) {
-  std::string text = kSteadyHeader + kSteadyRows;
-  std::string crlf;
-  for (const char c : text) {
-    if (c == '\n') crlf += '\r';
-    crlf += c;
-  }
-  write(crlf);
-  ResFileMarine file(path_);
-  ConsoleCapture console;
-  ASSERT_TRUE(file.readHeader());
-  EXPECT_EQ(file.runMode(), ResFileMarine::RunMode::steady);
-  EXPECT_EQ(file.modeText(), "STEADY");
-  EXPECT_EQ(file.update(), fileformat::Update::appended);
-  EXPECT_EQ(console.text(), "");
-  expectRecords(file, kSteadyRecords);
-}
-
 TEST_F(MarineResFile, CommentAndEmptyLinesBetweenRowsAreNoRows) {
   write(kSteadyHeader + "1 0.52 0.5 0.25 0.125 0.0625\n# restart from iteration 1\n\n   \n" +
         "2 1.04 0.375 0.1875 0.09375 0.046875\n#\n");
@@ -266,29 +248,6 @@ TEST_F(MarineResFile, NothingNewAnswersZero) {
   EXPECT_EQ(file.record(3).iterationNumber(), 4);
   EXPECT_EQ(file.record(3).valueOf("ResP"), 0.015625);
   EXPECT_EQ(file.previousIterationNumber(), 3);
-}
-
-TEST_F(MarineResFile, RewrittenFileAnswersTwo) {
-  const std::string rows12 = "1 0.52 0.5 0.25 0.125 0.0625\n2 1.04 0.375 0.1875 0.09375 0.046875\n";
-  const struct {
-    const char* what;
-    std::string rewritten;
-  } cases[] = {
-      {"shorter", kSteadyHeader + rows12},
-      {"same length, last row changed", kSteadyHeader + rows12 + "3 1.56 0.75 0.125 0.0625 0.03125\n"},
-      {"longer, last row changed", kSteadyHeader + rows12 + "3 1.56 0.25 0.125 0.0625 0.03120\n4 2.08 0.1 0.1 0.1 0.1\n"},
-      {"new header, longer", "#CREATED 08/03/2018 09:00:00\n" + kSteadyHeader + kSteadyRows + kSteadyRows},
-      {"empty", ""},
-  };
-  for (const auto& c : cases) {
-    write(kSteadyHeader + kSteadyRows);
-    ResFileMarine file(path_);
-    ASSERT_EQ(file.update(), fileformat::Update::appended) << c.what;
-    write(c.rewritten);
-    ConsoleCapture console;
-    EXPECT_EQ(file.update(), fileformat::Update::rewritten) << c.what;
-    EXPECT_EQ(console.text(), "") << c.what;
-  }
 }
 
 TEST_F(MarineResFile, RestartReadsTheFileFromItsTop) {

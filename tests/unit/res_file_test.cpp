@@ -66,15 +66,6 @@ Record steady(int iteration, std::size_t count, float scale = 1.0f) {
   return r;
 }
 
-// A record whose values are written in at most four characters, for the
-// tests that read a file after every byte.
-Record compact(int timeStep, int iteration, std::size_t count) {
-  Record r{timeStep, iteration, timeStep >= 0 ? 0.5 * timeStep : 0.0, {}};
-  for (std::size_t k = 0; k < count; ++k)
-    r.values.push_back(0.5f * static_cast<float>((iteration + k + 3 * (timeStep + 1)) % 20));
-  return r;
-}
-
 Floats valuesOf(const ResFile& file, std::size_t index) {
   const auto values = file.record(index).values();
   return Floats(values.begin(), values.end());
@@ -302,90 +293,6 @@ TEST_F(ResidualFile, RecordsSpanLinesAndEndInCarriageReturns) {
   ASSERT_EQ(file.read(), 1);
   expectHistory(file, records);
   EXPECT_EQ(console.text(), "");
-}
-
-// The solver appends whole records in pieces of any length, and a read may
-// come between any two of them. Whatever the cuts, every record is held
-// exactly once with its exact values, and never before its last line is
-// complete.
-TEST_F(ResidualFile, GrowingFileReadAfterEveryByte) {
-  struct Layout {
-    const char* what;
-    std::string header;
-    std::vector<Record> records;
-    std::vector<std::string> texts;
-  };
-  std::vector<Layout> layouts;
-  {
-    Layout steadyRun{"steady",
-                     "1 1\n",
-                     {compact(-1, 1, 11), compact(-1, 2, 11), compact(-1, 3, 11), steady(10, 11)},
-                     {}};
-    steadyRun.texts = {recordText(steadyRun.records[0]), recordText(steadyRun.records[1], "\r\n"),
-                       recordText(steadyRun.records[2], "\n", 5),
-                       recordText(steadyRun.records[3], "\r\n", 3)};
-    layouts.push_back(steadyRun);
-    Layout unsteadyRun{"unsteady", "0 2.0 1 3D NO-K-E 0 0 UNSTEADY TURBO\n", {}, {}};
-    unsteadyRun.records = {compact(1, 1, 19), compact(2, 1, 19)};
-    for (const Record& r : unsteadyRun.records) unsteadyRun.texts.push_back(recordText(r, "\n", 8));
-    layouts.push_back(unsteadyRun);
-  }
-
-  for (const Layout& layout : layouts) {
-    std::string text = layout.header;
-    std::vector<std::size_t> recordEnds;
-    for (const std::string& t : layout.texts) {
-      text += t;
-      recordEnds.push_back(text.size());
-    }
-    const auto complete = [&](std::size_t length) {
-      std::size_t n = 0;
-      while (n < recordEnds.size() && recordEnds[n] <= length) ++n;
-      return std::vector<Record>(layout.records.begin(),
-                                 layout.records.begin() + static_cast<long>(n));
-    };
-
-    write("");
-    ResFile file(path_);
-    ConsoleCapture console;
-    for (std::size_t length = 1; length <= text.size(); ++length) {
-      append(text.substr(length - 1, 1));
-      const std::string where = std::string(layout.what) + " after byte " + std::to_string(length);
-      const std::vector<Record> expected = complete(length);
-      const int result = file.read();
-      if (length < layout.header.size()) {
-        EXPECT_EQ(result, 0) << where;
-      } else if (expected.empty()) {
-        EXPECT_EQ(result, 2) << where;
-      } else {
-        EXPECT_EQ(result, 1) << where;
-      }
-      expectHistory(file, expected, where);
-      if (HasFailure()) return;
-    }
-    // Nothing new: the history stays as it is.
-    EXPECT_EQ(file.read(), 1);
-    expectHistory(file, layout.records, layout.what);
-    EXPECT_EQ(console.text(), "");
-  }
-}
-
-TEST_F(ResidualFile, GrowingFileInTwoPiecesCutAnywhere) {
-  const std::vector<Record> records = {steady(1, 11), steady(2, 11), compact(-1, 3, 11)};
-  const std::string header = "1 1\n";
-  const std::string held = header + recordText(records[0]) + recordText(records[1]);
-  const std::string rest = recordText(records[2], "\r\n", 6);
-  for (std::size_t cut = 0; cut <= rest.size(); ++cut) {
-    write(held);
-    ResFile file(path_);
-    ASSERT_EQ(file.read(), 1);
-    append(rest.substr(0, cut));
-    EXPECT_EQ(file.read(), 1) << cut;
-    append(rest.substr(cut));
-    EXPECT_EQ(file.read(), 1) << cut;
-    expectHistory(file, records, "cut " + std::to_string(cut));
-    if (HasFailure()) return;
-  }
 }
 
 // A history longer than the reader takes in one piece: records that straddle
