@@ -65,11 +65,11 @@ Update GrowingFile::noteMissing() {
   return Update::missing;
 }
 
-bool GrowingFile::continuesWhatWasTaken(InputFile& file, std::uint64_t size) {
+bool GrowingFile::continuesWhatWasTaken(InputFile& file, std::uint64_t size, bool checkTail) {
   if (size < seenTo_) return false;
   if (offset_ == 0) return true;
   return bytesAt(file, 0, head_.size()) == head_ &&
-         bytesAt(file, offset_ - tail_.size(), tail_.size()) == tail_;
+         (!checkTail || bytesAt(file, offset_ - tail_.size(), tail_.size()) == tail_);
 }
 
 void GrowingFile::rememberCheckBytes(InputFile& file) {
@@ -116,11 +116,15 @@ Update GrowingFile::read(const TextTaker& take) {
   const std::optional<std::uint64_t> size = file ? file.size() : std::nullopt;
   if (!size) return noteMissing();
   present_ = true;
-  if (lost_ || !continuesWhatWasTaken(file, *size)) {
+  // Where the read goes on right after the bytes taken, the last of them are
+  // read again with the new ones and checked there: one read less.
+  const bool tailReadWithNewText = !dropping_ && seenTo_ == offset_ && *size > offset_;
+  const auto rewritten = [&] {
     restart();
     seen_ = true;
     return Update::rewritten;
-  }
+  };
+  if (lost_ || !continuesWhatWasTaken(file, *size, !tailReadWithNewText)) return rewritten();
   seen_ = true;
   if (*size == seenTo_) return Update::unchanged;
 
@@ -142,7 +146,8 @@ Update GrowingFile::read(const TextTaker& take) {
   }
 
   Update result = Update::unchanged;
-  if (!file.seek(offset_)) {
+  const std::size_t tailBytes = tailReadWithNewText ? tail_.size() : 0;
+  if (!file.seek(offset_ - tailBytes)) {
     platform::consoleLine("couldn't seek to the position " + std::to_string(offset_));
     return settled(result);
   }
@@ -152,7 +157,12 @@ Update GrowingFile::read(const TextTaker& take) {
   std::uint64_t left = *size - offset_;
   // Room for the longest line and one chunk, so that growing the text never
   // doubles it past that (pages not written are not taken from the system).
-  pending.reserve(static_cast<std::size_t>(std::min<std::uint64_t>(left, kMaxLineBytes + kChunk)));
+  pending.reserve(static_cast<std::size_t>(std::min<std::uint64_t>(left, kMaxLineBytes + kChunk)) + tailBytes);
+  if (tailBytes != 0) {
+    pending.resize(tailBytes);
+    if (file.read(pending.data(), tailBytes) != tailBytes || pending != tail_) return rewritten();
+    pending.clear();
+  }
   bool stopped = false;
   while (left > 0 && !stopped) {
     const std::size_t held = pending.size();

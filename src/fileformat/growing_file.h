@@ -75,7 +75,9 @@ class GrowingFile {
 
  private:
   Update noteMissing();
-  bool continuesWhatWasTaken(InputFile& file, std::uint64_t size);
+  // Whether the file still holds what was taken at its top and, with
+  // `checkTail`, before the offset.
+  bool continuesWhatWasTaken(InputFile& file, std::uint64_t size, bool checkTail);
   void rememberCheckBytes(InputFile& file);
   // Moves the offset past `taken`, the text just taken, keeping the bytes
   // that the next read checks.
