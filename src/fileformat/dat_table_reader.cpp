@@ -39,6 +39,7 @@ std::vector<std::string> parseVariablesHeader(std::string_view line) {
     const std::size_t start = i;
     while (i < line.size() && line[i] != '"' && line[i] != ',') ++i;
     names.emplace_back(line.substr(start, i - start));
+    if (names.size() > kMaxColumns) break;
     if (i < line.size() && line[i] == '"') ++i;
     if (i < line.size() && line[i] == ',') ++i;
     while (i < line.size() && isWhitespace(line[i])) ++i;
@@ -84,6 +85,10 @@ void DatTableReader::processLine(std::string_view line, std::vector<QuantityGrou
 
 void DatTableReader::readHeader(std::string_view line, std::vector<QuantityGroup>& groups) {
   columnNames_ = parseVariablesHeader(line);
+  if (columnNames_.size() > kMaxColumns) {
+    reportTooManyColumns(file_.path());
+    columnNames_.resize(kMaxColumns);
+  }
   columns_.assign(columnNames_.size(), Column{});
   for (std::size_t c = 0; c < columnNames_.size(); ++c) {
     const auto split = splitTrailingNumber(columnNames_[c]);

@@ -61,7 +61,8 @@ class DatTableReader {
 // The column names of a "VARIABLES = ..." line: quoted names or names
 // separated by commas give one name each; unquoted names separated only by
 // blanks form a single name. Prints a diagnosis and answers nothing for a
-// line that is not such a header.
+// line that is not such a header. Stops one name past kMaxColumns: a longer
+// answer tells that the line names too many.
 std::vector<std::string> parseVariablesHeader(std::string_view line);
 
 }  // namespace fileformat

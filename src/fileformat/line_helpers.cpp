@@ -3,8 +3,14 @@
 #include <limits>
 
 #include "fileformat/number_text.h"
+#include "platform/console.h"
 
 namespace fileformat {
+
+void reportTooManyColumns(const std::string& path) {
+  platform::consoleLine("More than " + std::to_string(kMaxColumns) + " columns in " + path +
+                        "; the columns after them are not read");
+}
 
 bool isWhitespace(char c) {
   return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f';

@@ -8,6 +8,14 @@
 
 namespace fileformat {
 
+// The most columns a header line may name: thousands of times what a
+// computation writes, and a bound on what a damaged header costs.
+inline constexpr std::size_t kMaxColumns = 65536;
+
+// Prints "More than 65536 columns in <path>; the columns after them are not
+// read".
+void reportTooManyColumns(const std::string& path);
+
 // Blank, tab, line feed, carriage return, vertical tab and form feed.
 bool isWhitespace(char c);
 

@@ -1,7 +1,7 @@
 #include "marine/component_file.h"
 
-#include <algorithm>
 #include <filesystem>
+#include <unordered_map>
 
 #include "fileformat/line_helpers.h"
 #include "fileformat/token_stream.h"
@@ -16,13 +16,19 @@ std::string_view firstWord(std::string_view line) {
   return line.substr(0, end);
 }
 
-// The words of a keyword line after the keyword, without "=".
-std::vector<std::string> listedWords(std::string_view line) {
+// The words of a keyword line after the keyword, without "=", up to the
+// most columns a file may have.
+std::vector<std::string> listedWords(std::string_view line, const std::string& path) {
   fileformat::TokenStream tokens(line.substr(firstWord(line).size()));
   std::vector<std::string> words;
   std::string_view token;
   while (tokens.next(token)) {
-    if (token != "=") words.emplace_back(token);
+    if (token == "=") continue;
+    if (words.size() == fileformat::kMaxColumns) {
+      fileformat::reportTooManyColumns(path);
+      break;
+    }
+    words.emplace_back(token);
   }
   return words;
 }
@@ -42,11 +48,11 @@ bool ComponentFile::takeHeaderLine(std::string_view raw) {
     if (depth_ > 0) --depth_;
     inColumnsBlock_ = false;
   } else if (word == "VARIABLES" && depth_ > 0) {
-    variables_ = listedWords(line);
+    variables_ = listedWords(line, path());
     sawVariables_ = true;
     inColumnsBlock_ = true;
   } else if (word == "NAMES" && inColumnsBlock_) {
-    names_ = listedWords(line);
+    names_ = listedWords(line, path());
     sawNames_ = true;
   } else if (depth_ == 0 && !line.empty() && !line.starts_with("#")) {
     return false;  // the first row
@@ -85,35 +91,29 @@ bool ComponentFile::mapColumns(std::vector<BodyObject>& bodies) {
     platform::consoleLine("*** Parameter : NAMES in file: " + path() + " is not found");
     return false;
   }
+  // Where each name of the NAMES line points: "body" or "body:sub-body",
+  // split at the first colon. The first body or sub-body of a name wins, as
+  // the names are looked up in body order.
+  std::unordered_map<std::string, Target> owners;
+  for (std::size_t b = 0; b < bodies.size(); ++b) {
+    if (bodies[b].name().find(':') != std::string::npos) continue;
+    owners.try_emplace(bodies[b].name(), Target{static_cast<int>(b), -1, 0});
+    for (std::size_t sub = 0; sub < bodies[b].subBodyCount(); ++sub) {
+      owners.try_emplace(bodies[b].name() + ":" + bodies[b].subBody(sub).name(),
+                         Target{static_cast<int>(b), static_cast<int>(sub), 0});
+    }
+  }
   columns_.assign(names_.size(), Target{});
-  std::vector<std::string> seen;
+  std::unordered_map<std::string, int> groupsSeen;
   for (std::size_t c = 0; c < names_.size(); ++c) {
     const std::string& name = names_[c];
-    const std::size_t colon = name.find(':');
-    const std::string bodyName = name.substr(0, colon);
-    Target& target = columns_[c];
-    for (std::size_t b = 0; b < bodies.size() && target.body < 0; ++b) {
-      if (bodies[b].name() != bodyName) continue;
-      if (colon == std::string::npos) {
-        target.body = static_cast<int>(b);
-        break;
-      }
-      const std::string subName = name.substr(colon + 1);
-      for (std::size_t s = 0; s < bodies[b].subBodyCount(); ++s) {
-        if (bodies[b].subBody(s).name() == subName) {
-          target.body = static_cast<int>(b);
-          target.subBody = static_cast<int>(s);
-          break;
-        }
-      }
-    }
-    if (target.body < 0) {
+    const auto owner = owners.find(name);
+    if (owner == owners.end()) {
       platform::consoleLine((component_ == Component::force ? "Unknown body: " : "Unknow body ") + name);
       continue;
     }
-    const auto group = std::count(seen.begin(), seen.end(), name);
-    target.index = baseIndex_ + static_cast<int>(group);
-    seen.push_back(name);
+    columns_[c] = owner->second;
+    columns_[c].index = baseIndex_ + groupsSeen[name]++;
   }
   return true;
 }

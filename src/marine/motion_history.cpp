@@ -1,5 +1,6 @@
 #include "marine/motion_history.h"
 
+#include "fileformat/line_helpers.h"
 #include "fileformat/token_stream.h"
 #include "platform/console.h"
 
@@ -26,7 +27,12 @@ bool MotionHistory::findColumns(bool report) {
     fileformat::TokenStream tokens(line.substr(at + 8));
     std::string_view token;
     while (tokens.next(token)) {
-      if (token != "T" && token != "=") columnNames_.emplace_back(token);
+      if (token == "T" || token == "=") continue;
+      if (columnNames_.size() == fileformat::kMaxColumns) {
+        fileformat::reportTooManyColumns(file_.path());
+        break;
+      }
+      columnNames_.emplace_back(token);
     }
     values_.resize(columnNames_.size());
     columnsFound_ = true;

@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "fileformat/input_file.h"
+#include "fileformat/line_helpers.h"
 #include "fileformat/token_stream.h"
 #include "platform/console.h"
 #include "turbo/curve_names.h"
@@ -23,7 +24,9 @@ int moduleEquationCount(const std::string& module) {
 // Reads a count of names and the names themselves.
 bool readNames(fileformat::TokenStream& tokens, std::vector<std::string>& names) {
   std::int32_t count = 0;
-  if (!tokens.readInteger(count) || count < 0) return false;
+  if (!tokens.readInteger(count) || count < 0 || static_cast<std::size_t>(count) > fileformat::kMaxColumns) {
+    return false;
+  }
   names.clear();
   for (std::int32_t i = 0; i < count; ++i) {
     std::string name;

@@ -7,10 +7,14 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "console_capture.h"
+#include "fileformat/dat_table_reader.h"
+#include "fileformat/line_helpers.h"
+#include "marine/commands/extra_quantities.h"
 #include "marine/component_file.h"
 #include "marine/header_lines.h"
 #include "marine/motion_history.h"
@@ -261,6 +265,52 @@ TEST_F(MarineBadInput, OutOfRangeNumbers) {
   EXPECT_EQ(file.record(1).iterationNumber(), -2147483647 - 1);
   EXPECT_EQ(file.record(2).iterationNumber(), 3);
   EXPECT_EQ(console.text(), "");
+}
+
+// A header naming more columns than any computation has: the readers keep
+// the first ones, say so once, and stay bounded.
+TEST_F(MarineBadInput, HeadersNamingTooManyColumnsAreCut) {
+  // Column names q1 ... q7 over and over, one more than the limit and then some.
+  const auto names = [](const std::string& separator) {
+    std::string text = "q1";
+    for (std::size_t c = 1; c < fileformat::kMaxColumns + 10; ++c) text += separator + "q" + std::to_string(c % 7 + 1);
+    return text;
+  };
+  const struct {
+    const char* file;
+    std::string header;
+    std::function<std::size_t(const std::string&)> columnsRead;
+  } cases[] = {
+      {"Mvt_hull.dat", "#COLUMNS T = " + names(" ") + "\n",
+       [](const std::string& path) {
+         marine::MotionHistory motion;
+         motion.open(path);
+         return motion.columnNames().size();
+       }},
+      {"user_data.csv", names("\t") + "\n",
+       [this](const std::string&) {
+         marine::ExtraQuantities quantities;
+         quantities.reset(dir_);
+         quantities.update();
+         return quantities.quantities().size();
+       }},
+      {"eff_AD.dat", "VARIABLES = " + names(", ") + "\n",
+       [](const std::string& path) {
+         fileformat::DatTableReader reader;
+         reader.reset(path);
+         std::vector<fileformat::QuantityGroup> groups;
+         reader.update(groups);
+         return reader.columnNames().size();
+       }},
+  };
+  for (const auto& c : cases) {
+    write(c.file, c.header);
+    const ConsoleCapture console;
+    EXPECT_EQ(c.columnsRead(dir_ + c.file), fileformat::kMaxColumns) << c.file;
+    EXPECT_EQ(console.text().substr(0, console.text().find('\n') + 1),
+              "More than 65536 columns in " + dir_ + c.file + "; the columns after them are not read\n")
+        << c.file;
+  }
 }
 
 }  // namespace

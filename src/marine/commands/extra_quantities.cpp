@@ -61,6 +61,10 @@ bool ExtraQuantities::take(std::string_view line) {
   if (!headerRead_) {
     std::size_t start = 0;
     for (;;) {
+      if (quantities_.size() == fileformat::kMaxColumns) {
+        fileformat::reportTooManyColumns(file_.path());
+        break;
+      }
       const std::size_t tab = line.find('\t', start);
       auto [name, unit] = splitTitle(line.substr(start, tab == std::string_view::npos ? tab : tab - start));
       quantities_.push_back({std::move(name), std::move(unit), 0, {}});
