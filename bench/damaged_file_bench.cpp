@@ -70,7 +70,9 @@ StepCost measure(const std::function<void()>& step) {
   StepCost cost;
   cost.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   cost.megabytesRead = static_cast<double>(procValue("/proc/self/io", "rchar") - readBefore) / 1e6;
-  cost.peakMegabytes = (static_cast<double>(procValue("/proc/self/status", "VmHWM")) * 1024.0 - residentBefore) / 1e6;
+  cost.peakMegabytes =
+      (static_cast<double>(procValue("/proc/self/status", "VmHWM")) * 1024.0 - residentBefore) /
+      1e6;
   return cost;
 }
 
@@ -112,7 +114,8 @@ void SparseResidualFile(benchmark::State& state) {
   const fs::path folder = scratchFolder("sparse");
   std::ostringstream discarded;
   const platform::ConsoleRedirect quiet(discarded);
-  const fs::path residualPath = marineMode ? writeCase(folder).residualPath() : folder / "stage.res";
+  const fs::path residualPath =
+      marineMode ? writeCase(folder).residualPath() : folder / "stage.res";
   fs::create_directories(folder);
   for (auto _ : state) {
     { bench_support::File emptied = bench_support::openFile(residualPath, "wb"); }
@@ -123,7 +126,12 @@ void SparseResidualFile(benchmark::State& state) {
   state.counters["file_MB"] = static_cast<double>(bytes) / 1e6;
   fs::remove_all(folder);
 }
-BENCHMARK(SparseResidualFile)->ArgName("turbo")->Arg(0)->Arg(1)->Iterations(1)->Unit(benchmark::kSecond);
+BENCHMARK(SparseResidualFile)
+    ->ArgName("turbo")
+    ->Arg(0)
+    ->Arg(1)
+    ->Iterations(1)
+    ->Unit(benchmark::kSecond);
 
 void UnfinishedLongLine(benchmark::State& state) {
   const std::size_t lineBytes = megabytesFrom("MONITOR_BENCH_LINE_MB", 100) << 20;
@@ -138,9 +146,11 @@ void UnfinishedLongLine(benchmark::State& state) {
     {
       bench_support::File file = bench_support::openFile(residualPath, "ab");
       bench_support::TextRows text(file.get());
-      for (std::size_t written = 0; written < lineBytes; written += 16) text.text("1.25e-03 4.5e-04");
+      for (std::size_t written = 0; written < lineBytes; written += 16)
+        text.text("1.25e-03 4.5e-04");
     }
-    for (int i = 1; i <= 3; ++i) report(state, "refresh" + std::to_string(i), measure([&] { project.refresh(); }));
+    for (int i = 1; i <= 3; ++i)
+      report(state, "refresh" + std::to_string(i), measure([&] { project.refresh(); }));
   }
   state.counters["line_MB"] = static_cast<double>(lineBytes) / 1e6;
   fs::remove_all(folder);

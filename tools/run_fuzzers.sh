@@ -21,28 +21,8 @@ fi
 repo=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$repo"
 
-# clang with its libFuzzer runtime, and what the configuration step looks for
-# even when only the harnesses are built: cmake, make and the Tcl/Tk headers.
-packages=(clang libclang-rt-14-dev cmake make tcl-dev tk-dev tix-dev blt-dev)
-
-installed() {
-  dpkg -s "$1" 2>/dev/null | grep -q '^Status: install ok installed$'
-}
-
-missing=()
-for package in "${packages[@]}"; do
-  installed "$package" || missing+=("$package")
-done
-if ((${#missing[@]} > 0)); then
-  if ((EUID == 0)); then
-    as_root=(env)
-  else
-    as_root=(sudo env)
-  fi
-  echo "fuzz: installing ${missing[*]}"
-  "${as_root[@]}" DEBIAN_FRONTEND=noninteractive apt-get update
-  "${as_root[@]}" DEBIAN_FRONTEND=noninteractive apt-get install -y "${missing[@]}"
-fi
+# clang with its libFuzzer runtime is among the project's packages.
+bash tools/setup.sh
 
 build=$repo/build-fuzz
 echo "== build-fuzz (clang, libFuzzer, ASan + UBSan)"

@@ -22,7 +22,8 @@ bool parseWholeNumber(std::string_view token, double& value) {
 std::vector<std::string> parseVariablesHeader(std::string_view line) {
   constexpr std::string_view keyword = "VARIABLES";
   if (!line.starts_with(keyword)) {
-    platform::consoleLine("Error! parseHeader: wrong .dat file header: '" + std::string(line) + "'.");
+    platform::consoleLine("Error! parseHeader: wrong .dat file header: '" + std::string(line) +
+                          "'.");
     return {};
   }
   std::size_t i = keyword.size();
@@ -129,7 +130,9 @@ void DatTableReader::readRow(std::string_view line, std::vector<QuantityGroup>& 
   for (std::size_t c = 0; c < columns_.size(); ++c) {
     const Column& column = columns_[c];
     if (!column.used) continue;
-    groups[static_cast<std::size_t>(column.group)].values[static_cast<std::size_t>(column.slot)].push_back(row[c]);
+    groups[static_cast<std::size_t>(column.group)]
+        .values[static_cast<std::size_t>(column.slot)]
+        .push_back(row[c]);
   }
 }
 

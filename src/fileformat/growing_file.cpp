@@ -30,7 +30,8 @@ std::optional<std::uint64_t> findLineFeed(InputFile& file, std::uint64_t from, s
   while (from < to) {
     from = std::min(file.dataFrom(from, to), to);
     if (from == to || !file.seek(from)) break;
-    const std::size_t want = static_cast<std::size_t>(std::min<std::uint64_t>(chunk.size(), to - from));
+    const std::size_t want =
+        static_cast<std::size_t>(std::min<std::uint64_t>(chunk.size(), to - from));
     const std::size_t got = file.read(chunk.data(), want);
     const std::string_view bytes(chunk.data(), got);
     const std::size_t feed = bytes.find('\n');
@@ -151,13 +152,14 @@ Update GrowingFile::read(const TextTaker& take) {
     platform::consoleLine("couldn't seek to the position " + std::to_string(offset_));
     return settled(result);
   }
-  std::string pending;         // the text from offset_ on, not taken yet
-  std::size_t complete = 0;    // bytes of it that are whole lines
-  std::size_t offered = 0;     // bytes of it offered already
+  std::string pending;       // the text from offset_ on, not taken yet
+  std::size_t complete = 0;  // bytes of it that are whole lines
+  std::size_t offered = 0;   // bytes of it offered already
   std::uint64_t left = *size - offset_;
   // Room for the longest line and one chunk, so that growing the text never
   // doubles it past that (pages not written are not taken from the system).
-  pending.reserve(static_cast<std::size_t>(std::min<std::uint64_t>(left, kMaxLineBytes + kChunk)) + tailBytes);
+  pending.reserve(static_cast<std::size_t>(std::min<std::uint64_t>(left, kMaxLineBytes + kChunk)) +
+                  tailBytes);
   if (tailBytes != 0) {
     pending.resize(tailBytes);
     if (file.read(pending.data(), tailBytes) != tailBytes || pending != tail_) return rewritten();

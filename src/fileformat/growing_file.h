@@ -89,12 +89,12 @@ class GrowingFile {
   bool dropUpToLineFeed(InputFile& file, std::uint64_t from, std::uint64_t size);
 
   std::string path_;
-  std::uint64_t offset_ = 0;     // bytes taken
-  std::uint64_t seenTo_ = 0;     // bytes looked at; nothing before that waits to be offered
-  std::uint64_t lineStart_ = 0;  // start of the unfinished line that ends at seenTo_
-  bool dropping_ = false;        // a line over the limit is being skipped
-  bool checkBytesStale_ = false; // the offset moved past bytes not taken
-  bool seen_ = false;            // the file could be opened since the last restart
+  std::uint64_t offset_ = 0;      // bytes taken
+  std::uint64_t seenTo_ = 0;      // bytes looked at; nothing before that waits to be offered
+  std::uint64_t lineStart_ = 0;   // start of the unfinished line that ends at seenTo_
+  bool dropping_ = false;         // a line over the limit is being skipped
+  bool checkBytesStale_ = false;  // the offset moved past bytes not taken
+  bool seen_ = false;             // the file could be opened since the last restart
   bool present_ = false;
   bool lost_ = false;
   std::string head_;  // the first bytes taken

@@ -19,7 +19,8 @@ InputFile InputFile::open(const std::string& path) {
 #else
   file.file_.reset(std::fopen(path.c_str(), "rb"));
   struct stat status {};
-  if (file && (fstat(fileno(file.file_.get()), &status) != 0 || S_ISDIR(status.st_mode))) file.file_.reset();
+  if (file && (fstat(fileno(file.file_.get()), &status) != 0 || S_ISDIR(status.st_mode)))
+    file.file_.reset();
 #endif
   return file;
 }
@@ -66,7 +67,8 @@ std::size_t InputFile::readAt(std::uint64_t offset, char* into, std::size_t coun
 #else
   std::size_t done = 0;
   while (done < count) {
-    const ssize_t got = pread(fileno(file_.get()), into + done, count - done, static_cast<off_t>(offset + done));
+    const ssize_t got =
+        pread(fileno(file_.get()), into + done, count - done, static_cast<off_t>(offset + done));
     if (got <= 0) break;
     done += static_cast<std::size_t>(got);
   }

@@ -30,8 +30,9 @@ std::optional<std::pair<std::string, long>> splitTrailingNumber(std::string_view
   }
   if (digits == 0 || digits == name.size()) return std::nullopt;
   const std::string_view number = name.substr(name.size() - digits);
-  return std::make_pair(std::string(name.substr(0, name.size() - digits)),
-                        static_cast<long>(leadingInteger(number, 0, std::numeric_limits<long>::max())));
+  return std::make_pair(
+      std::string(name.substr(0, name.size() - digits)),
+      static_cast<long>(leadingInteger(number, 0, std::numeric_limits<long>::max())));
 }
 
 bool isCommentLine(std::string_view line) { return line.empty() || line.front() == '#'; }

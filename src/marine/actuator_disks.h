@@ -16,9 +16,13 @@ class ActuatorDisk {
   explicit ActuatorDisk(const fileformat::QuantityGroup& group) : group_(group) {}
 
   int quantityCount() const { return static_cast<int>(group_.names.size()); }
-  const std::string& quantityName(int quantity) const { return group_.names[static_cast<std::size_t>(quantity)]; }
+  const std::string& quantityName(int quantity) const {
+    return group_.names[static_cast<std::size_t>(quantity)];
+  }
   // Complete rows stored.
-  int stepCount() const { return group_.values.empty() ? 0 : static_cast<int>(group_.values.front().size()); }
+  int stepCount() const {
+    return group_.values.empty() ? 0 : static_cast<int>(group_.values.front().size());
+  }
   double value(int quantity, int step) const {
     return group_.values[static_cast<std::size_t>(quantity)][static_cast<std::size_t>(step)];
   }
@@ -36,7 +40,9 @@ class ActuatorDiskTable {
   const fileformat::GrowingFile& file() const { return reader_.file(); }
 
   int diskCount() const { return static_cast<int>(disks_.size()); }
-  ActuatorDisk disk(int index) const { return ActuatorDisk(disks_[static_cast<std::size_t>(index)]); }
+  ActuatorDisk disk(int index) const {
+    return ActuatorDisk(disks_[static_cast<std::size_t>(index)]);
+  }
 
  private:
   fileformat::DatTableReader reader_;

@@ -34,7 +34,8 @@ std::vector<std::string> listedWords(std::string_view line, const std::string& p
 }
 
 float realToken(std::string_view token) {
-  return fileformat::isNonFiniteToken(token) ? 1.0f : static_cast<float>(fileformat::tokenReal(token));
+  return fileformat::isNonFiniteToken(token) ? 1.0f
+                                             : static_cast<float>(fileformat::tokenReal(token));
 }
 
 }  // namespace
@@ -71,7 +72,8 @@ bool ComponentFile::readHeader(std::vector<BodyObject>& bodies, bool report) {
     return false;
   }
   if (!sawVariables_) {
-    if (report) platform::consoleLine("*** Parameter : #QV_END VARIABLES is not found in file: " + path());
+    if (report)
+      platform::consoleLine("*** Parameter : #QV_END VARIABLES is not found in file: " + path());
     return false;
   }
   if (!sawNames_) {
@@ -109,7 +111,8 @@ bool ComponentFile::mapColumns(std::vector<BodyObject>& bodies) {
     const std::string& name = names_[c];
     const auto owner = owners.find(name);
     if (owner == owners.end()) {
-      platform::consoleLine((component_ == Component::force ? "Unknown body: " : "Unknow body ") + name);
+      platform::consoleLine((component_ == Component::force ? "Unknown body: " : "Unknow body ") +
+                            name);
       continue;
     }
     columns_[c] = owner->second;
@@ -118,7 +121,8 @@ bool ComponentFile::mapColumns(std::vector<BodyObject>& bodies) {
   return true;
 }
 
-bool ComponentFile::takeRow(std::string_view line, std::vector<BodyObject>& bodies, bool reference) {
+bool ComponentFile::takeRow(std::string_view line, std::vector<BodyObject>& bodies,
+                            bool reference) {
   if (fileformat::trim(line).empty() || line.starts_with("#")) return true;
   fileformat::TokenStream tokens(line, fileformat::TokenStream::MissingReal::quiet);
   std::string_view token;
@@ -130,15 +134,18 @@ bool ComponentFile::takeRow(std::string_view line, std::vector<BodyObject>& bodi
     return true;
   }
   if (rowsRead_ == 0 && bytesAhead_ != 0) {
-    const std::size_t rows = static_cast<std::size_t>(bytesAhead_ / (line.size() + 1)) * 21 / 20 + 16;
+    const std::size_t rows =
+        static_cast<std::size_t>(bytesAhead_ / (line.size() + 1)) * 21 / 20 + 16;
     for (const Target& target : columns_) {
       if (target.body < 0) continue;
       BodyObject& body = bodies[static_cast<std::size_t>(target.body)];
-      ComponentHistories& owner = target.subBody < 0 ? static_cast<ComponentHistories&>(body)
-                                                      : body.subBody(static_cast<std::size_t>(target.subBody));
+      ComponentHistories& owner = target.subBody < 0
+                                      ? static_cast<ComponentHistories&>(body)
+                                      : body.subBody(static_cast<std::size_t>(target.subBody));
       owner.reserve(component_, target.index, rows);
     }
-    if (reference) for (BodyObject& body : bodies) body.reserveRows(rows);
+    if (reference)
+      for (BodyObject& body : bodies) body.reserveRows(rows);
   }
   ++rowsRead_;
   if (reference) {
@@ -158,8 +165,9 @@ bool ComponentFile::takeRow(std::string_view line, std::vector<BodyObject>& bodi
     }
     if (target.body < 0) continue;
     BodyObject& body = bodies[static_cast<std::size_t>(target.body)];
-    ComponentHistories& owner = target.subBody < 0 ? static_cast<ComponentHistories&>(body)
-                                                    : body.subBody(static_cast<std::size_t>(target.subBody));
+    ComponentHistories& owner = target.subBody < 0
+                                    ? static_cast<ComponentHistories&>(body)
+                                    : body.subBody(static_cast<std::size_t>(target.subBody));
     owner.store(component_, time, target.index, realToken(token));
   }
   return true;
@@ -178,7 +186,8 @@ fileformat::Update ComponentFile::update(std::vector<BodyObject>& bodies, bool r
       lines_.readLines([&](std::string_view line) { return takeRow(line, bodies, reference); });
   // What the bodies hold belongs to the old run: the owner starts over, and
   // this file with it, from its header.
-  if (status == fileformat::Update::rewritten) *this = ComponentFile(path(), component_, baseIndex_);
+  if (status == fileformat::Update::rewritten)
+    *this = ComponentFile(path(), component_, baseIndex_);
   return status;
 }
 

@@ -49,8 +49,10 @@ std::optional<std::string> creationStampOf(const std::string& residualPath) {
     text.resize(held + kStampBlockBytes);
     text.resize(held + file.readAt(held, text.data() + held, kStampBlockBytes));
     // A line without its line feed is still being written.
-    for (std::size_t end = text.find('\n', lineStart); end != std::string::npos; end = text.find('\n', lineStart)) {
-      const std::string_view line = fileformat::withoutCarriageReturn(std::string_view(text).substr(lineStart, end - lineStart));
+    for (std::size_t end = text.find('\n', lineStart); end != std::string::npos;
+         end = text.find('\n', lineStart)) {
+      const std::string_view line = fileformat::withoutCarriageReturn(
+          std::string_view(text).substr(lineStart, end - lineStart));
       if (!line.starts_with('#')) return std::string();
       if (line.starts_with(kStampKeyword)) return std::string(line.substr(kStampKeyword.size()));
       lineStart = end + 1;
@@ -62,14 +64,16 @@ std::optional<std::string> creationStampOf(const std::string& residualPath) {
 
 std::string readResCreationDate(const std::string& residualPath) {
   std::optional<std::string> stamp = creationStampOf(residualPath);
-  if (!stamp) platform::consoleLine("Error in readResCreationDate! Could not read '" + residualPath + "'.");
+  if (!stamp)
+    platform::consoleLine("Error in readResCreationDate! Could not read '" + residualPath + "'.");
   return stamp.value_or(std::string());
 }
 
 std::optional<long> julianDay(int day, int month, int year) {
   constexpr std::array<int, 12> kDays = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
   if (month < 1 || month > 12 || day < 1) return std::nullopt;
-  const int length = kDays[static_cast<std::size_t>(month - 1)] + (month == 2 && isLeapYear(year) ? 1 : 0);
+  const int length =
+      kDays[static_cast<std::size_t>(month - 1)] + (month == 2 && isLeapYear(year) ? 1 : 0);
   if (day > length) return std::nullopt;
   const long a = (14 - month) / 12;
   const long y = static_cast<long>(year) + 4800 - a;

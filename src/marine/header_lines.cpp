@@ -43,6 +43,8 @@ std::string_view HeaderLines::current() const {
 
 std::string_view HeaderLines::keyword() const { return firstWordOf(current()); }
 
-std::string_view HeaderLines::rest() const { return fileformat::trim(current().substr(keyword().size())); }
+std::string_view HeaderLines::rest() const {
+  return fileformat::trim(current().substr(keyword().size()));
+}
 
 }  // namespace marine

@@ -42,7 +42,8 @@ bool MotionHistory::findColumns(bool report) {
     forget();
     return findColumns(report);
   }
-  if (!columnsFound_ && report) platform::consoleLine("#COLUMNS line is not found in " + file_.path());
+  if (!columnsFound_ && report)
+    platform::consoleLine("#COLUMNS line is not found in " + file_.path());
   return columnsFound_;
 }
 

@@ -19,7 +19,8 @@ std::string preferencesText(const std::string& path) {
   fileformat::InputFile file = fileformat::InputFile::open(path);
   if (!file) return {};
   const std::uint64_t size = file.size().value_or(0);
-  std::string text(static_cast<std::size_t>(std::min<std::uint64_t>(size, kMaxPreferencesBytes + 1)), '\0');
+  std::string text(
+      static_cast<std::size_t>(std::min<std::uint64_t>(size, kMaxPreferencesBytes + 1)), '\0');
   text.resize(file.read(text.data(), text.size()));
   if (text.size() > kMaxPreferencesBytes) {
     const std::size_t lastFeed = text.rfind('\n', kMaxPreferencesBytes - 1);

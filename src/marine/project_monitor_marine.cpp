@@ -13,16 +13,19 @@ namespace {
 constexpr std::string_view kResidualEnding = ".res";
 
 std::string bodyDescriptionPath(const std::string& residualPath) {
-  const std::string stem = residualPath.ends_with(kResidualEnding)
-                               ? residualPath.substr(0, residualPath.size() - kResidualEnding.size())
-                               : residualPath;
+  const std::string stem =
+      residualPath.ends_with(kResidualEnding)
+          ? residualPath.substr(0, residualPath.size() - kResidualEnding.size())
+          : residualPath;
   return stem + "_body_param.dat";
 }
 
 }  // namespace
 
 ProjectMonitorMarine::ProjectMonitorMarine(std::string residualPath)
-    : path_(std::move(residualPath)), resFile_(path_), currentIterations_(kCurrentIterationSlots, 0) {
+    : path_(std::move(residualPath)),
+      resFile_(path_),
+      currentIterations_(kCurrentIterationSlots, 0) {
   folder_ = resFile_.directory();
 }
 
@@ -128,9 +131,9 @@ bool ProjectMonitorMarine::detectBodies() {
   modeKnown_ = false;
   unsteady_ = false;
 
-  platform::consoleLine(stampText_.empty()
-                            ? "No #CREATED tag found in the .res file.\nRe-running the solver may give a wrong picture."
-                            : "File '" + path_ + "' created on " + stampText_);
+  platform::consoleLine(stampText_.empty() ? "No #CREATED tag found in the .res file.\nRe-running "
+                                             "the solver may give a wrong picture."
+                                           : "File '" + path_ + "' created on " + stampText_);
 
   platform::consoleLine("Reading eff_Fx.dat for steadiness...");
   const std::string forcePath = folder_ + std::string(kForceFileNames[0]);
@@ -143,13 +146,15 @@ bool ProjectMonitorMarine::detectBodies() {
   const std::string descriptionPath = bodyDescriptionPath(path_);
   platform::consoleLine("Reading ...body_param.dat file for body structure ...");
   if (!fileformat::InputFile::open(descriptionPath)) {
-    platform::consoleLine("Cannot read file " + descriptionPath + ". Please check if the file exists ");
+    platform::consoleLine("Cannot read file " + descriptionPath +
+                          ". Please check if the file exists ");
   } else {
     readBodyBlocks(descriptionPath, trueBodies_, false, "True body: ");
   }
   usingFallback_ = trueBodies_.empty();
   if (usingFallback_) {
-    platform::consoleLine("Warning! Couldn't find bodies in " + descriptionPath + ".\nGoing to fallback mode...");
+    platform::consoleLine("Warning! Couldn't find bodies in " + descriptionPath +
+                          ".\nGoing to fallback mode...");
   }
   for (BodyObject& body : bodies()) body.setRunMode(unsteady_);
 
@@ -167,12 +172,14 @@ bool ProjectMonitorMarine::readStructure() {
   if (!resFile_.readHeader()) return false;
   componentFiles_.clear();
   for (int file = 0; file < kComponentFiles; ++file) {
-    componentFiles_.emplace_back(folder_ + std::string(kForceFileNames[static_cast<std::size_t>(file)]),
-                                 Component::force, file);
+    componentFiles_.emplace_back(
+        folder_ + std::string(kForceFileNames[static_cast<std::size_t>(file)]), Component::force,
+        file);
   }
   for (int file = 0; file < kComponentFiles; ++file) {
-    componentFiles_.emplace_back(folder_ + std::string(kMomentFileNames[static_cast<std::size_t>(file)]),
-                                 Component::moment, file);
+    componentFiles_.emplace_back(
+        folder_ + std::string(kMomentFileNames[static_cast<std::size_t>(file)]), Component::moment,
+        file);
   }
   for (ComponentFile& file : componentFiles_) file.readHeader(bodies());
 

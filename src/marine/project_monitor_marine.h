@@ -24,7 +24,8 @@ namespace marine {
 class ProjectMonitorMarine {
  public:
   // Counters the scripts keep per residual, force and moment quantity.
-  static constexpr std::size_t kCurrentIterationSlots = kResidualNames.size() + kForceNames.size() + kMomentNames.size();
+  static constexpr std::size_t kCurrentIterationSlots =
+      kResidualNames.size() + kForceNames.size() + kMomentNames.size();
 
   explicit ProjectMonitorMarine(std::string residualPath);
   ProjectMonitorMarine(const ProjectMonitorMarine&) = delete;
@@ -58,7 +59,9 @@ class ProjectMonitorMarine {
   // The bodies in use: those of the body description, or the fallback
   // bodies of eff_Fx.dat when it describes none.
   std::vector<BodyObject>& bodies() { return usingFallback_ ? fallbackBodies_ : trueBodies_; }
-  const std::vector<BodyObject>& bodies() const { return usingFallback_ ? fallbackBodies_ : trueBodies_; }
+  const std::vector<BodyObject>& bodies() const {
+    return usingFallback_ ? fallbackBodies_ : trueBodies_;
+  }
   // The bodies in use that move (have a motion file), in body order.
   std::vector<const BodyObject*> motionBodies() const;
   const ActuatorDiskTable& actuatorDisks() const { return actuatorDisks_; }

@@ -71,7 +71,8 @@ bool ResFileMarine::takeHeaderLine(std::string_view line) {
       if (column == "t" || column == "cpums" || column == "itnl" || column == "=") continue;
       const std::optional<int> residual = indexIn(kResidualNames, column);
       if (!residual) {
-        platform::consoleLine("*** Parameter : " + column + " in file: " + path() + " is not found");
+        platform::consoleLine("*** Parameter : " + column + " in file: " + path() +
+                              " is not found");
         columnsValid_ = false;
         break;
       }
@@ -85,7 +86,8 @@ bool ResFileMarine::takeHeaderLine(std::string_view line) {
 
 bool ResFileMarine::readHeader() {
   if (headerRead_) return true;
-  const auto status = file_.readLines([this](std::string_view line) { return takeHeaderLine(line); });
+  const auto status =
+      file_.readLines([this](std::string_view line) { return takeHeaderLine(line); });
   if (status == fileformat::Update::missing) {
     platform::consoleLine("Residual file " + path() + " is not found");
     return false;
@@ -118,7 +120,8 @@ bool ResFileMarine::takeRow(std::string_view line) {
     if (!tokens.readReal(skipped)) return true;  // a damaged row: not a record
   }
   if (iterations_.empty() && bytesAhead_ != 0) {
-    const std::size_t rows = static_cast<std::size_t>(bytesAhead_ / (line.size() + 1)) * 21 / 20 + 16;
+    const std::size_t rows =
+        static_cast<std::size_t>(bytesAhead_ / (line.size() + 1)) * 21 / 20 + 16;
     iterations_.reserve(rows);
     values_.reserve(rows * residualCount_);
   }
@@ -156,9 +159,9 @@ fileformat::Update ResFileMarine::update() {
 }
 
 IteResMarine ResFileMarine::record(std::size_t index) const {
-  return IteResMarine(iterations_[index],
-                      std::span<const double>(values_.data() + index * residualCount_, residualCount_),
-                      columnMap_);
+  return IteResMarine(
+      iterations_[index],
+      std::span<const double>(values_.data() + index * residualCount_, residualCount_), columnMap_);
 }
 
 std::int32_t ResFileMarine::previousIterationNumber() const {

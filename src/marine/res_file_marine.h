@@ -37,7 +37,8 @@ class IteResMarine {
  public:
   static constexpr std::uint16_t kClassId = classid::kIteResMarine;
 
-  IteResMarine(std::int32_t iterationNumber, std::span<const double> values, const ResidualColumnMap& map)
+  IteResMarine(std::int32_t iterationNumber, std::span<const double> values,
+               const ResidualColumnMap& map)
       : iterationNumber_(iterationNumber), values_(values), map_(map) {}
 
   std::int32_t iterationNumber() const { return iterationNumber_; }

@@ -24,7 +24,8 @@ int moduleEquationCount(const std::string& module) {
 // Reads a count of names and the names themselves.
 bool readNames(fileformat::TokenStream& tokens, std::vector<std::string>& names) {
   std::int32_t count = 0;
-  if (!tokens.readInteger(count) || count < 0 || static_cast<std::size_t>(count) > fileformat::kMaxColumns) {
+  if (!tokens.readInteger(count) || count < 0 ||
+      static_cast<std::size_t>(count) > fileformat::kMaxColumns) {
     return false;
   }
   names.clear();
@@ -96,8 +97,9 @@ bool ResFile::readHeader(fileformat::TokenStream& tokens) {
     equations = moduleEquations + turbulenceEquationCount(turbulence_) +
                 static_cast<std::int64_t>(extraNames1_.size() + extraNames2_.size());
   }
-  const std::uint64_t perRecord = 9 + 2 * static_cast<std::uint64_t>(std::max(blocks, 0)) *
-                                          static_cast<std::uint64_t>(std::max<std::int64_t>(equations, 0));
+  const std::uint64_t perRecord =
+      9 + 2 * static_cast<std::uint64_t>(std::max(blocks, 0)) *
+              static_cast<std::uint64_t>(std::max<std::int64_t>(equations, 0));
   if (blocks < 0 || equations < 0 || perRecord > kMaxValuesPerRecord) {
     platform::consoleLine("*** ResFile  :: read() " + std::to_string(blocks) + " blocks of " +
                           std::to_string(equations) + " equations are not a residual history :");
@@ -156,7 +158,8 @@ fileformat::Taken ResFile::take(std::string_view text) {
     header_ = HeaderState::read;
     position = tokens.position();
   }
-  fileformat::TokenStream tokens(text.substr(position), fileformat::TokenStream::MissingReal::quiet);
+  fileformat::TokenStream tokens(text.substr(position),
+                                 fileformat::TokenStream::MissingReal::quiet);
   std::size_t taken = position;
   while (readRecord(tokens)) taken = position + tokens.position();
   return {taken, false};
@@ -194,8 +197,8 @@ int ResFile::read() {
 
 IteRes ResFile::record(std::size_t index) const {
   return IteRes(std::span<const float>(values_.data() + index * valuesPerRecord_, valuesPerRecord_),
-                iterationNumbers_[index], timeSteps_[index], unsteady_ ? physicalTimes_[index] : 0.0,
-                unsteady_, nbBlocks_, nbVars_);
+                iterationNumbers_[index], timeSteps_[index],
+                unsteady_ ? physicalTimes_[index] : 0.0, unsteady_, nbBlocks_, nbVars_);
 }
 
 void ResFile::write() const {

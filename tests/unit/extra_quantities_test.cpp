@@ -68,7 +68,10 @@ TEST(ExtraQuantityLine, ReadsTheExpectedCountPaddingAShortLineWithZeros) {
       {"1 2", 3, {1, 2, 0}, "Warning! Unfinished line '1 2. Expected 3 values in the line.\n"},
       {"1\t2", 3, {1, 2, 0}, "Warning! Unfinished line '1\t2. Expected 3 values in the line.\n"},
       {"", 2, {0, 0}, "Warning! Unfinished line '. Expected 2 values in the line.\n"},
-      {"1 abc 3", 3, {1, 0, 0}, "Warning! Unfinished line '1 abc 3. Expected 3 values in the line.\n"},
+      {"1 abc 3",
+       3,
+       {1, 0, 0},
+       "Warning! Unfinished line '1 abc 3. Expected 3 values in the line.\n"},
       {"1,5 2", 2, {1, 0}, "Warning! Unfinished line '1,5 2. Expected 2 values in the line.\n"},
       {"x", 1, {0}, "Warning! Unfinished line 'x. Expected 1 values in the line.\n"},
   };
@@ -150,13 +153,15 @@ TEST_F(ExtraQuantitiesFile, ReadsTheTitlesAndOneValuePerDataLine) {
   ExtraQuantities quantities;
   EXPECT_EQ(readAfresh(quantities), "");
   EXPECT_EQ(describe(quantities.quantities()), kThreeRowsRead);
-  for (const ExtraQuantity& quantity : quantities.quantities()) EXPECT_EQ(quantity.currentIteration, 0);
+  for (const ExtraQuantity& quantity : quantities.quantities())
+    EXPECT_EQ(quantity.currentIteration, 0);
 }
 
 TEST_F(ExtraQuantitiesFile, AShortLineIsPaddedWithZerosAndExtraValuesAreIgnored) {
   write("A\tB\tC\r\n1\t2\r\n4 5 6 7 8\n9\t10\t11\n");
   ExtraQuantities quantities;
-  EXPECT_EQ(readAfresh(quantities), "Warning! Unfinished line '1\t2. Expected 3 values in the line.\n");
+  EXPECT_EQ(readAfresh(quantities),
+            "Warning! Unfinished line '1\t2. Expected 3 values in the line.\n");
   EXPECT_EQ(describe(quantities.quantities()),
             "A []: 1 4 9\n"
             "B []: 2 5 10\n"
@@ -230,8 +235,8 @@ class ExtraQuantitiesOfARun : public testing::Test {
  protected:
   ExtraQuantitiesOfARun() {
     static int serial = 0;
-    folder_ = fs::temp_directory_path() /
-              ("extra_quantities_run_" + std::to_string(::getpid()) + "_" + std::to_string(++serial));
+    folder_ = fs::temp_directory_path() / ("extra_quantities_run_" + std::to_string(::getpid()) +
+                                           "_" + std::to_string(++serial));
   }
   ~ExtraQuantitiesOfARun() override { fs::remove_all(folder_); }
 
@@ -265,7 +270,8 @@ TEST_F(ExtraQuantitiesOfARun, FollowTheRunLineByLineAndStartAgainWithANewRun) {
   EXPECT_DOUBLE_EQ(quantities[0].values.back(), 0.2);
 
   for (int i = 0; i < 23; ++i) {
-    writer.appendIteration(i % 4 == 0 ? solver_simulator::LineEnd::cutLastLine : solver_simulator::LineEnd::whole);
+    writer.appendIteration(i % 4 == 0 ? solver_simulator::LineEnd::cutLastLine
+                                      : solver_simulator::LineEnd::whole);
     const ConsoleCapture console;
     live->refresh();
     EXPECT_EQ(console.text().find("Unfinished line"), std::string::npos) << console.text();

@@ -70,7 +70,8 @@ TEST_F(GrowingFileTest, ARewrittenFileIsToldAndThenReadFromItsTop) {
     EXPECT_EQ(read(), std::make_pair(Update::rewritten, Lines{})) << c.what;
     EXPECT_EQ(file_.offset(), 0u) << c.what;
     const Lines whole = read().second;
-    EXPECT_EQ(whole.size(), static_cast<std::size_t>(std::count(c.rewritten.begin(), c.rewritten.end(), '\n')))
+    EXPECT_EQ(whole.size(),
+              static_cast<std::size_t>(std::count(c.rewritten.begin(), c.rewritten.end(), '\n')))
         << c.what;
     EXPECT_EQ(console.text(), "") << c.what;
   }
@@ -95,7 +96,8 @@ TEST_F(GrowingFileTest, ADisappearanceIsToldOnceAndTheFileIsReadAgainWhenItComes
   EXPECT_EQ(read().first, Update::missing);
   EXPECT_EQ(read().first, Update::missing);
   EXPECT_TRUE(file_.lost());
-  EXPECT_EQ(console.text(), "File " + pathOf("run.dat") + " has disappeared; what was read from it stays shown\n");
+  EXPECT_EQ(console.text(),
+            "File " + pathOf("run.dat") + " has disappeared; what was read from it stays shown\n");
 
   write("run.dat", "a\nb\nc\n");
   EXPECT_EQ(read().first, Update::rewritten);

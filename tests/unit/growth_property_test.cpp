@@ -12,8 +12,8 @@
 #include <charconv>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <random>
 #include <sstream>
@@ -68,7 +68,8 @@ class MarineResidualSubject : public Subject {
     for (std::size_t r = 0; r < file_.recordCount(); ++r) {
       const marine::IteResMarine record = file_.record(r);
       std::vector<double> values;
-      for (std::size_t v = 0; v < record.valueCount(); ++v) values.push_back(record.valueAt(static_cast<long long>(v)));
+      for (std::size_t v = 0; v < record.valueCount(); ++v)
+        values.push_back(record.valueAt(static_cast<long long>(v)));
       text << record.iterationNumber() << ": " << numbers(values) << '\n';
     }
     return text.str();
@@ -80,7 +81,8 @@ class MarineResidualSubject : public Subject {
 
 class TurboResidualSubject : public Subject {
  public:
-  explicit TurboResidualSubject(const fs::path& folder) : project_((folder / "stage.res").string(), false) {}
+  explicit TurboResidualSubject(const fs::path& folder)
+      : project_((folder / "stage.res").string(), false) {}
   void refresh() override { project_.update(); }
   std::string describe() const override {
     const turbo::ResFile& file = project_.resFile();
@@ -89,8 +91,8 @@ class TurboResidualSubject : public Subject {
     for (std::size_t r = 0; r < file.recordCount(); ++r) {
       const turbo::IteRes record = file.record(r);
       const std::vector<double> values(record.values().begin(), record.values().end());
-      text << record.timeStep() << ' ' << record.iterationNumber() << ' ' << record.physicalTime() << ": "
-           << numbers(values) << '\n';
+      text << record.timeStep() << ' ' << record.iterationNumber() << ' ' << record.physicalTime()
+           << ": " << numbers(values) << '\n';
     }
     return text.str();
   }
@@ -116,9 +118,11 @@ class ForceFileSubject : public Subject {
   std::string describe() const override {
     std::ostringstream text;
     for (const marine::BodyObject& body : bodies_) {
-      text << body.name() << " T " << numbers(body.times()) << " conv " << numbers(body.convergedTimes()) << '\n';
+      text << body.name() << " T " << numbers(body.times()) << " conv "
+           << numbers(body.convergedTimes()) << '\n';
       describeHistories(text, body);
-      for (std::size_t s = 0; s < body.subBodyCount(); ++s) describeHistories(text, body.subBody(s));
+      for (std::size_t s = 0; s < body.subBodyCount(); ++s)
+        describeHistories(text, body.subBody(s));
     }
     return text.str();
   }
@@ -133,8 +137,9 @@ class ForceFileSubject : public Subject {
   }
   void startOver() {
     bodies_.clear();
-    marine::HeaderLines lines({"#QV_BEGIN", "BODY", "NAME hull", "#QV_BEGIN", "SUBBODY", "NAME keel", "#QV_END",
-                               "#QV_END", "#QV_BEGIN", "BODY", "NAME rudder", "#QV_END"});
+    marine::HeaderLines lines({"#QV_BEGIN", "BODY", "NAME hull", "#QV_BEGIN", "SUBBODY",
+                               "NAME keel", "#QV_END", "#QV_END", "#QV_BEGIN", "BODY",
+                               "NAME rudder", "#QV_END"});
     while (!lines.atEnd()) {
       if (lines.keyword() == "BODY") {
         lines.advance();
@@ -152,7 +157,9 @@ class ForceFileSubject : public Subject {
 
 class MotionSubject : public Subject {
  public:
-  explicit MotionSubject(const fs::path& folder) { motion_.open((folder / "Mvt_hull.dat").string()); }
+  explicit MotionSubject(const fs::path& folder) {
+    motion_.open((folder / "Mvt_hull.dat").string());
+  }
   void refresh() override { motion_.update(); }
   std::string describe() const override {
     std::ostringstream text;
@@ -169,12 +176,15 @@ class MotionSubject : public Subject {
 
 class DiskTableSubject : public Subject {
  public:
-  explicit DiskTableSubject(const fs::path& folder) { reader_.reset((folder / "eff_AD.dat").string()); }
+  explicit DiskTableSubject(const fs::path& folder) {
+    reader_.reset((folder / "eff_AD.dat").string());
+  }
   void refresh() override { reader_.update(groups_); }
   std::string describe() const override {
     std::ostringstream text;
     for (const fileformat::QuantityGroup& group : groups_) {
-      for (std::size_t q = 0; q < group.names.size(); ++q) text << group.names[q] << ' ' << numbers(group.values[q]) << '\n';
+      for (std::size_t q = 0; q < group.names.size(); ++q)
+        text << group.names[q] << ' ' << numbers(group.values[q]) << '\n';
     }
     return text.str();
   }
@@ -203,27 +213,35 @@ class UserTableSubject : public Subject {
 // A whole marine computation: every curve the model serves.
 class MarineProjectSubject : public Subject {
  public:
-  explicit MarineProjectSubject(const fs::path& folder) : project_((folder / "ship.res").string()) {}
+  explicit MarineProjectSubject(const fs::path& folder)
+      : project_((folder / "ship.res").string()) {}
   void refresh() override { project_.refresh(); }
   std::string describe() const override {
     std::ostringstream text;
     marine::ProjectMonitorMarine& project = const_cast<marine::ProjectMonitorMarine&>(project_);
     const marine::ResFileMarine& residuals = project_.resFile();
     for (std::size_t r = 0; r < residuals.recordCount(); ++r) {
-      text << residuals.record(r).iterationNumber() << ' ' << residuals.record(r).valueOf("ResU") << '\n';
+      text << residuals.record(r).iterationNumber() << ' ' << residuals.record(r).valueOf("ResU")
+           << '\n';
     }
     for (const marine::BodyObject& body : project_.bodies()) {
       text << body.name() << " T " << numbers(body.times()) << '\n';
-      for (const marine::Component component : {marine::Component::force, marine::Component::moment}) {
+      for (const marine::Component component :
+           {marine::Component::force, marine::Component::moment}) {
         for (int q = 0; q < static_cast<int>(marine::kForceNames.size()); ++q) {
-          if (const std::vector<double>* values = body.history(component, q)) text << q << ' ' << numbers(*values) << '\n';
+          if (const std::vector<double>* values = body.history(component, q))
+            text << q << ' ' << numbers(*values) << '\n';
         }
       }
-      if (body.motion().isOpen() && !body.motion().columnNames().empty()) text << numbers(body.motion().values(0)) << '\n';
+      if (body.motion().isOpen() && !body.motion().columnNames().empty())
+        text << numbers(body.motion().values(0)) << '\n';
     }
     for (int d = 0; d < project_.actuatorDisks().diskCount(); ++d) {
       const marine::ActuatorDisk disk = project_.actuatorDisks().disk(d);
-      text << "disk " << d << ' ' << disk.stepCount() << (disk.stepCount() > 0 ? " " + std::to_string(disk.value(0, disk.stepCount() - 1)) : "") << '\n';
+      text << "disk " << d << ' ' << disk.stepCount()
+           << (disk.stepCount() > 0 ? " " + std::to_string(disk.value(0, disk.stepCount() - 1))
+                                    : "")
+           << '\n';
     }
     for (const marine::ExtraQuantity& quantity : project.extraQuantities().quantities()) {
       text << quantity.name << ' ' << numbers(quantity.values) << '\n';
@@ -253,11 +271,13 @@ struct GrowingCase {
 };
 
 const std::string kMarineResidualHeader =
-    "#CREATED 07/03/2018 13:34:44\n#QV_BEGIN\nCALCUL\nMODE UNSTEADY\n#QV_END\n#COLUMNS itnl cpums t ResU ResP ResK\n";
+    "#CREATED 07/03/2018 13:34:44\n#QV_BEGIN\nCALCUL\nMODE UNSTEADY\n#QV_END\n#COLUMNS itnl cpums "
+    "t ResU ResP ResK\n";
 
 // Rows of `count` numbered lines built by `row`; every third line ends in
 // CR LF, every fifth is followed by a comment line where the format has them.
-std::string rows(int count, const std::function<std::string(int)>& row, const std::string& comment = "") {
+std::string rows(int count, const std::function<std::string(int)>& row,
+                 const std::string& comment = "") {
   std::string text;
   for (int i = 1; i <= count; ++i) {
     text += row(i) + (i % 3 == 0 ? "\r\n" : "\n");
@@ -275,10 +295,14 @@ std::string value(int i, int k, double scale) {
 
 RunFiles marineResidualRun(double scale) {
   return {{"run.res", "",
-           kMarineResidualHeader + rows(40, [&](int i) {
-             return std::to_string(i) + " " + value(i, 0, 1.0) + " " + value(i, 1, 0.1) + " " + value(i, 2, scale) +
-                    " " + value(i, 3, scale) + " " + value(i, 4, scale);
-           }, "# restart point")}};
+           kMarineResidualHeader + rows(
+                                       40,
+                                       [&](int i) {
+                                         return std::to_string(i) + " " + value(i, 0, 1.0) + " " +
+                                                value(i, 1, 0.1) + " " + value(i, 2, scale) + " " +
+                                                value(i, 3, scale) + " " + value(i, 4, scale);
+                                       },
+                                       "# restart point")}};
 }
 
 RunFiles turboResidualRun(double scale) {
@@ -295,35 +319,43 @@ RunFiles turboResidualRun(double scale) {
 
 RunFiles forceFileRun(double scale) {
   const std::string header =
-      "#QV_BEGIN\nCALCUL\nMODE UNSTEADY\n#QV_END\n#QV_BEGIN\nVARIABLES = T itnl Fy Fy Fy\nNAMES = hull hull:keel rudder\n"
+      "#QV_BEGIN\nCALCUL\nMODE UNSTEADY\n#QV_END\n#QV_BEGIN\nVARIABLES = T itnl Fy Fy Fy\nNAMES = "
+      "hull hull:keel rudder\n"
       "#QV_END\n#COLUMNS T itnl hull hull:keel rudder\n";
   return {{"eff_Fy.dat", "", header + rows(30, [&](int i) {
-             // Every fourth row is the converged row of a time step.
-             const std::string time = i % 4 == 0 ? "-" + value(i, 0, 1.0) : value(i, 0, 1.0);
-             return time + " " + std::to_string(i) + " " + value(i, 1, scale) + " " + value(i, 2, scale) + " " +
-                    value(i, 3, scale);
-           })}};
+                               // Every fourth row is the converged row of a time step.
+                               const std::string time =
+                                   i % 4 == 0 ? "-" + value(i, 0, 1.0) : value(i, 0, 1.0);
+                               return time + " " + std::to_string(i) + " " + value(i, 1, scale) +
+                                      " " + value(i, 2, scale) + " " + value(i, 3, scale);
+                             })}};
 }
 
 RunFiles motionRun(double scale) {
   return {{"Mvt_hull.dat", "", "#COLUMNS T = X Z THETA\n" + rows(30, [&](int i) {
-             return value(i, 0, 1.0) + " " + value(i, 1, scale) + " " + value(i, 2, scale) + " " + value(i, 3, scale);
-           })}};
+                                 return value(i, 0, 1.0) + " " + value(i, 1, scale) + " " +
+                                        value(i, 2, scale) + " " + value(i, 3, scale);
+                               })}};
 }
 
 RunFiles diskTableRun(double scale) {
-  return {{"eff_AD.dat", "", "VARIABLES = \"T\" \"Load1\" \"Speed1\" \"Load2\" \"Speed2\"\nZONE T=\"disks\"\n" +
-                               rows(30, [&](int i) {
-                                 std::string row = value(i, 0, 1.0);
-                                 for (int k = 1; k <= 4; ++k) row += " " + value(i, k, scale);
-                                 return row;
-                               }, "# step")}};
+  return {{"eff_AD.dat", "",
+           "VARIABLES = \"T\" \"Load1\" \"Speed1\" \"Load2\" \"Speed2\"\nZONE T=\"disks\"\n" +
+               rows(
+                   30,
+                   [&](int i) {
+                     std::string row = value(i, 0, 1.0);
+                     for (int k = 1; k <= 4; ++k) row += " " + value(i, k, scale);
+                     return row;
+                   },
+                   "# step")}};
 }
 
 RunFiles userTableRun(double scale) {
   return {{"user_data.csv", "", "Time [s]\tHeave force [N]\tFroude number\n" + rows(30, [&](int i) {
-             return value(i, 0, 1.0) + "\t" + value(i, 1, scale) + "\t" + value(i, 2, scale);
-           })}};
+                                  return value(i, 0, 1.0) + "\t" + value(i, 1, scale) + "\t" +
+                                         value(i, 2, scale);
+                                })}};
 }
 
 // A marine computation as the solver stand-in writes it: the headers of
@@ -337,9 +369,11 @@ std::vector<RunFiles> marineProjectRuns() {
     RunFiles run;
     for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
       std::ifstream in(entry.path(), std::ios::binary);
-      run.push_back({entry.path().filename().string(), std::string(std::istreambuf_iterator<char>(in), {}), ""});
+      run.push_back({entry.path().filename().string(),
+                     std::string(std::istreambuf_iterator<char>(in), {}), ""});
     }
-    std::sort(run.begin(), run.end(), [](const RunFile& a, const RunFile& b) { return a.name < b.name; });
+    std::sort(run.begin(), run.end(),
+              [](const RunFile& a, const RunFile& b) { return a.name < b.name; });
     return run;
   };
   const auto grown = [&](RunFiles headers) {
@@ -360,20 +394,27 @@ std::vector<RunFiles> marineProjectRuns() {
 }
 
 std::vector<GrowingCase> growingCases() {
-  const auto runs = [](RunFiles (*make)(double)) { return std::vector<RunFiles>{make(1.0), make(-3.5)}; };
+  const auto runs = [](RunFiles (*make)(double)) {
+    return std::vector<RunFiles>{make(1.0), make(-3.5)};
+  };
   return {
-      {"marine residual file", [](const fs::path& f) { return std::make_unique<MarineResidualSubject>(f); },
+      {"marine residual file",
+       [](const fs::path& f) { return std::make_unique<MarineResidualSubject>(f); },
        runs(marineResidualRun), 100},
-      {"turbomachinery residual file", [](const fs::path& f) { return std::make_unique<TurboResidualSubject>(f); },
+      {"turbomachinery residual file",
+       [](const fs::path& f) { return std::make_unique<TurboResidualSubject>(f); },
        runs(turboResidualRun), 100},
-      {"force file", [](const fs::path& f) { return std::make_unique<ForceFileSubject>(f); }, runs(forceFileRun),
+      {"force file", [](const fs::path& f) { return std::make_unique<ForceFileSubject>(f); },
+       runs(forceFileRun), 100},
+      {"motion file", [](const fs::path& f) { return std::make_unique<MotionSubject>(f); },
+       runs(motionRun), 100},
+      {"actuator-disk table",
+       [](const fs::path& f) { return std::make_unique<DiskTableSubject>(f); }, runs(diskTableRun),
        100},
-      {"motion file", [](const fs::path& f) { return std::make_unique<MotionSubject>(f); }, runs(motionRun), 100},
-      {"actuator-disk table", [](const fs::path& f) { return std::make_unique<DiskTableSubject>(f); },
-       runs(diskTableRun), 100},
-      {"user table", [](const fs::path& f) { return std::make_unique<UserTableSubject>(f); }, runs(userTableRun),
-       100},
-      {"marine computation", [](const fs::path& f) { return std::make_unique<MarineProjectSubject>(f); },
+      {"user table", [](const fs::path& f) { return std::make_unique<UserTableSubject>(f); },
+       runs(userTableRun), 100},
+      {"marine computation",
+       [](const fs::path& f) { return std::make_unique<MarineProjectSubject>(f); },
        marineProjectRuns(), 10},
   };
 }
@@ -393,7 +434,8 @@ class GrowthProperty : public ScratchFolder {
       const std::size_t whole = written[f].rfind('\n');
       // Replaced rather than truncated: a truncated file is flushed to the disk on closing.
       fs::remove(reference / names[f].name);
-      writeFile(reference, names[f].name, whole == std::string::npos ? "" : written[f].substr(0, whole + 1));
+      writeFile(reference, names[f].name,
+                whole == std::string::npos ? "" : written[f].substr(0, whole + 1));
     }
     const std::unique_ptr<Subject> fresh = c.open(reference);
     fresh->refresh();
@@ -402,8 +444,8 @@ class GrowthProperty : public ScratchFolder {
 
   // Grows every file of `run` from `written` to its whole text in random
   // chunks, checking the subject after each refresh.
-  void grow(const GrowingCase& c, const RunFiles& run, Subject& subject, std::vector<std::string>& written,
-            std::mt19937& random, const std::string& where) {
+  void grow(const GrowingCase& c, const RunFiles& run, Subject& subject,
+            std::vector<std::string>& written, std::mt19937& random, const std::string& where) {
     const fs::path growing = folder_ / "growing";
     std::vector<std::string> whole;
     for (const RunFile& file : run) whole.push_back(file.header + file.rows);
@@ -412,7 +454,8 @@ class GrowthProperty : public ScratchFolder {
       for (std::size_t f = 0; f < run.size(); ++f) {
         // Mostly short chunks, sometimes a long one.
         const std::size_t longest = random() % 4 == 0 ? 400 : 40;
-        const std::size_t size = std::min<std::size_t>(random() % (longest + 1), whole[f].size() - written[f].size());
+        const std::size_t size =
+            std::min<std::size_t>(random() % (longest + 1), whole[f].size() - written[f].size());
         const std::string chunk = whole[f].substr(written[f].size(), size);
         std::ofstream(growing / run[f].name, std::ios::binary | std::ios::app) << chunk;
         written[f] += chunk;

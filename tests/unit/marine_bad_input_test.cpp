@@ -1,7 +1,6 @@
 // Damaged, empty, oversized and misplaced files: the marine readers carry on
 // and keep everything they had already read.
 #include <gtest/gtest.h>
-
 #include <unistd.h>
 
 #include <algorithm>
@@ -31,7 +30,8 @@ class MarineBadInput : public testing::Test {
  protected:
   MarineBadInput() {
     static int serial = 0;
-    folder_ = fs::temp_directory_path() / ("marine_bad_" + std::to_string(::getpid()) + "_" + std::to_string(++serial));
+    folder_ = fs::temp_directory_path() /
+              ("marine_bad_" + std::to_string(::getpid()) + "_" + std::to_string(++serial));
     fs::create_directories(folder_);
     dir_ = folder_.string() + "/";
   }
@@ -52,18 +52,13 @@ const std::string kBinary = std::string("\x01\x02\xff\xfe\x00\x7f\x80", 7);
 
 // Lines that are no row of any of the files.
 const std::vector<std::string> kGarbageLines = {
-    "hello world",
-    kBinary,
-    kBinary + " " + kBinary,
-    std::string(100000, 'x'),
-    "1",
-    "=",
-    "\t\t",
-    "2 0.5 +INF",
+    "hello world", kBinary,      kBinary + " " + kBinary, std::string(100000, 'x'), "1", "=",
+    "\t\t",        "2 0.5 +INF",
 };
 
 TEST_F(MarineBadInput, GarbageBetweenResidualRows) {
-  const std::string header = "#QV_BEGIN\nCALCUL\nMODE STEADY\n#QV_END\n#COLUMNS itnl cpums ResU ResV ResW ResP\n";
+  const std::string header =
+      "#QV_BEGIN\nCALCUL\nMODE STEADY\n#QV_END\n#COLUMNS itnl cpums ResU ResV ResW ResP\n";
   write("case.res", header + "1 0.5 0.5 0.25 0.125 0.0625\n");
   marine::ResFileMarine file(dir_ + "case.res");
   ConsoleCapture console;
@@ -90,7 +85,8 @@ TEST_F(MarineBadInput, OversizedResidualColumnsLine) {
     columns += i % 2 == 0 ? " ResU" : " ResP";
     row += " 0.25";
   }
-  write("case.res", "#QV_BEGIN\nCALCUL\nMODE STEADY\n#QV_END\n" + columns + "\n" + row + "\n2 0.5 0.25\n");
+  write("case.res",
+        "#QV_BEGIN\nCALCUL\nMODE STEADY\n#QV_END\n" + columns + "\n" + row + "\n2 0.5 0.25\n");
   marine::ResFileMarine file(dir_ + "case.res");
   ConsoleCapture console;
   EXPECT_TRUE(file.readHeader());
@@ -102,7 +98,8 @@ TEST_F(MarineBadInput, OversizedResidualColumnsLine) {
 
 TEST_F(MarineBadInput, GarbageBetweenForceRows) {
   write("eff_Fx.dat",
-        "#QV_BEGIN\nVARIABLES = T itnl Fx Fx\nNAMES = hull rudder\n#QV_END\n#COLUMNS T itnl hull rudder\n"
+        "#QV_BEGIN\nVARIABLES = T itnl Fx Fx\nNAMES = hull rudder\n#QV_END\n#COLUMNS T itnl hull "
+        "rudder\n"
         "0.0 1 1.5 4.5\n");
   std::vector<marine::BodyObject> bodies(2);
   {
@@ -126,14 +123,18 @@ TEST_F(MarineBadInput, GarbageBetweenForceRows) {
   // A value that a damaged row did bring stays with its body; the good rows
   // are all there.
   std::vector<double> hull;
-  for (int i = 0; i < bodies[0].realForcesTimesteps("Fx"); ++i) hull.push_back(bodies[0].getForce("Fx", i));
+  for (int i = 0; i < bodies[0].realForcesTimesteps("Fx"); ++i)
+    hull.push_back(bodies[0].getForce("Fx", i));
   std::vector<double> rudder;
-  for (int i = 0; i < bodies[1].realForcesTimesteps("Fx"); ++i) rudder.push_back(bodies[1].getForce("Fx", i));
+  for (int i = 0; i < bodies[1].realForcesTimesteps("Fx"); ++i)
+    rudder.push_back(bodies[1].getForce("Fx", i));
   EXPECT_EQ(std::count(hull.begin(), hull.end(), 1.25), static_cast<long>(kGarbageLines.size()));
-  EXPECT_EQ(std::count(rudder.begin(), rudder.end(), 4.25), static_cast<long>(kGarbageLines.size()));
+  EXPECT_EQ(std::count(rudder.begin(), rudder.end(), 4.25),
+            static_cast<long>(kGarbageLines.size()));
   EXPECT_EQ(hull.front(), 1.5);
   EXPECT_EQ(rudder.front(), 4.5);
-  EXPECT_NE(console.text().find("Wrong eff file format, cannot read force value\n"), std::string::npos);
+  EXPECT_NE(console.text().find("Wrong eff file format, cannot read force value\n"),
+            std::string::npos);
 }
 
 TEST_F(MarineBadInput, GarbageBetweenMotionRows) {
@@ -169,9 +170,10 @@ TEST_F(MarineBadInput, ManyBodiesAndColumns) {
   }
   std::string variables = "T itnl";
   for (int c = 0; c < kBodies + 200; ++c) variables += " Fx";
-  const std::string columns =
-      "#QV_BEGIN\nVARIABLES = " + variables + "\nNAMES =" + names + "\n#QV_END\n#COLUMNS T itnl" + names + "\n";
-  write("ship.res", "#QV_BEGIN\nCALCUL\nMODE STEADY\n#QV_END\n#COLUMNS itnl cpums ResU\n1 0.5 0.25\n");
+  const std::string columns = "#QV_BEGIN\nVARIABLES = " + variables + "\nNAMES =" + names +
+                              "\n#QV_END\n#COLUMNS T itnl" + names + "\n";
+  write("ship.res",
+        "#QV_BEGIN\nCALCUL\nMODE STEADY\n#QV_END\n#COLUMNS itnl cpums ResU\n1 0.5 0.25\n");
   write("ship_body_param.dat", description);
   write("eff_Fx.dat", "#QV_BEGIN\nCALCUL\nMODE STEADY\n#QV_END\n" + columns + row + "\n");
   write("eff_Mz.dat", columns + row + "\n");
@@ -188,19 +190,22 @@ TEST_F(MarineBadInput, ManyBodiesAndColumns) {
 }
 
 TEST_F(MarineBadInput, EmptyFiles) {
-  for (const char* name : {"ship.res", "ship_body_param.dat", "eff_Fx.dat", "eff_FxP.dat", "eff_Mx.dat",
-                           "Mvt_hull.dat", "eff_AD.dat"}) {
+  for (const char* name : {"ship.res", "ship_body_param.dat", "eff_Fx.dat", "eff_FxP.dat",
+                           "eff_Mx.dat", "Mvt_hull.dat", "eff_AD.dat"}) {
     write(name, "");
   }
   marine::ProjectMonitorMarine project(dir_ + "ship.res");
   ConsoleCapture console;
   EXPECT_FALSE(project.load());
-  EXPECT_EQ(console.text(),
-            "No #CREATED tag found in the .res file.\nRe-running the solver may give a wrong picture.\n"
-            "Reading eff_Fx.dat for steadiness...\n"
-            "Reading ...body_param.dat file for body structure ...\n"
-            "Warning! Couldn't find bodies in " + dir_ + "ship_body_param.dat.\nGoing to fallback mode...\n"
-            "BAD FILE FORMAT .res\n");
+  EXPECT_EQ(
+      console.text(),
+      "No #CREATED tag found in the .res file.\nRe-running the solver may give a wrong picture.\n"
+      "Reading eff_Fx.dat for steadiness...\n"
+      "Reading ...body_param.dat file for body structure ...\n"
+      "Warning! Couldn't find bodies in " +
+          dir_ +
+          "ship_body_param.dat.\nGoing to fallback mode...\n"
+          "BAD FILE FORMAT .res\n");
   EXPECT_TRUE(project.bodies().empty());
   EXPECT_FALSE(project.refresh().succeeded);
 
@@ -210,11 +215,14 @@ TEST_F(MarineBadInput, EmptyFiles) {
 }
 
 TEST_F(MarineBadInput, FoldersWhereFilesBelong) {
-  write("ship.res", "#CREATED 07/03/2018 13:34:44\n#QV_BEGIN\nCALCUL\nMODE STEADY\n#QV_END\n#COLUMNS itnl cpums ResU\n"
-                    "1 0.5 0.25\n");
-  write("eff_Fx.dat",
-        "#QV_BEGIN\nCALCUL\nMODE STEADY\n#QV_END\n#QV_BEGIN\nBODY\nNAME hull\n#QV_END\n"
-        "#QV_BEGIN\nVARIABLES = T itnl Fx\nNAMES = hull\n#QV_END\n#COLUMNS T itnl hull\n0.0 1 1.5\n");
+  write("ship.res",
+        "#CREATED 07/03/2018 13:34:44\n#QV_BEGIN\nCALCUL\nMODE STEADY\n#QV_END\n#COLUMNS itnl "
+        "cpums ResU\n"
+        "1 0.5 0.25\n");
+  write(
+      "eff_Fx.dat",
+      "#QV_BEGIN\nCALCUL\nMODE STEADY\n#QV_END\n#QV_BEGIN\nBODY\nNAME hull\n#QV_END\n"
+      "#QV_BEGIN\nVARIABLES = T itnl Fx\nNAMES = hull\n#QV_END\n#COLUMNS T itnl hull\n0.0 1 1.5\n");
   for (const char* name : {"ship_body_param.dat", "Mvt_hull.dat", "eff_FxP.dat", "eff_AD.dat"}) {
     fs::create_directories(folder_ / name);
   }
@@ -222,7 +230,8 @@ TEST_F(MarineBadInput, FoldersWhereFilesBelong) {
   ConsoleCapture console;
   ASSERT_TRUE(project.load());
   const std::string output = console.text();
-  EXPECT_NE(output.find("Cannot read file " + dir_ + "ship_body_param.dat. Please check if the file exists \n"),
+  EXPECT_NE(output.find("Cannot read file " + dir_ +
+                        "ship_body_param.dat. Please check if the file exists \n"),
             std::string::npos);
   EXPECT_NE(output.find("No file " + dir_ + "eff_FxP.dat\n"), std::string::npos);
   EXPECT_EQ(output.find("Found Mvt body"), std::string::npos);
@@ -273,7 +282,8 @@ TEST_F(MarineBadInput, HeadersNamingTooManyColumnsAreCut) {
   // Column names q1 ... q7 over and over, one more than the limit and then some.
   const auto names = [](const std::string& separator) {
     std::string text = "q1";
-    for (std::size_t c = 1; c < fileformat::kMaxColumns + 10; ++c) text += separator + "q" + std::to_string(c % 7 + 1);
+    for (std::size_t c = 1; c < fileformat::kMaxColumns + 10; ++c)
+      text += separator + "q" + std::to_string(c % 7 + 1);
     return text;
   };
   const struct {
@@ -307,8 +317,9 @@ TEST_F(MarineBadInput, HeadersNamingTooManyColumnsAreCut) {
     write(c.file, c.header);
     const ConsoleCapture console;
     EXPECT_EQ(c.columnsRead(dir_ + c.file), fileformat::kMaxColumns) << c.file;
-    EXPECT_EQ(console.text().substr(0, console.text().find('\n') + 1),
-              "More than 65536 columns in " + dir_ + c.file + "; the columns after them are not read\n")
+    EXPECT_EQ(
+        console.text().substr(0, console.text().find('\n') + 1),
+        "More than 65536 columns in " + dir_ + c.file + "; the columns after them are not read\n")
         << c.file;
   }
 }

@@ -1,7 +1,6 @@
 // Bodies and sub-bodies: their blocks, the force and moment files that feed
 // their histories, and every lookup with its exact complaint.
 #include <gtest/gtest.h>
-
 #include <unistd.h>
 
 #include <filesystem>
@@ -60,19 +59,22 @@ const std::string kHullAndRudder =
 
 Doubles forcesOf(const marine::ComponentHistories& owner, const char* name) {
   Doubles values;
-  for (int i = 0; i < owner.realForcesTimesteps(name); ++i) values.push_back(owner.getForce(name, i));
+  for (int i = 0; i < owner.realForcesTimesteps(name); ++i)
+    values.push_back(owner.getForce(name, i));
   return values;
 }
 
 Doubles momentsOf(const marine::ComponentHistories& owner, const char* name) {
   Doubles values;
-  for (int i = 0; i < owner.realMomentsTimesteps(name); ++i) values.push_back(owner.getMoment(name, i));
+  for (int i = 0; i < owner.realMomentsTimesteps(name); ++i)
+    values.push_back(owner.getMoment(name, i));
   return values;
 }
 
 Doubles forceConvOf(const marine::ComponentHistories& owner, int quantity) {
   Doubles values;
-  for (int i = 0; i < owner.getForceConvLength(quantity); ++i) values.push_back(owner.getForceConv(quantity, i));
+  for (int i = 0; i < owner.getForceConvLength(quantity); ++i)
+    values.push_back(owner.getForceConv(quantity, i));
   return values;
 }
 
@@ -141,8 +143,8 @@ TEST(MarineBodyBlock, UnfinishedBlocks) {
   }
   {
     // A sub-body block that never ends is dropped and stops the body.
-    HeaderLines lines({"NAME hull", "#QV_BEGIN", "SUBBODY", "NAME keel", "#QV_END", "#QV_BEGIN", "SUBBODY",
-                       "NAME bulb"});
+    HeaderLines lines({"NAME hull", "#QV_BEGIN", "SUBBODY", "NAME keel", "#QV_END", "#QV_BEGIN",
+                       "SUBBODY", "NAME bulb"});
     BodyObject body;
     EXPECT_FALSE(body.readBlock(lines));
     EXPECT_EQ(body.name(), "hull");
@@ -216,9 +218,11 @@ TEST(MarineHistories, BodyLookupMessagesInAnUnsteadyRun) {
   EXPECT_EQ(b.convergedSeriesCount(Component::moment), 9);
   expectLookups({
       {"getForce past the end", [&] { return b.getForce("Fx", 0); },
-       "Error in BodyObject::getForce! Curve 'Fx' has only 0 elements while element #0 was requested.\n"},
+       "Error in BodyObject::getForce! Curve 'Fx' has only 0 elements while element #0 was "
+       "requested.\n"},
       {"getForce negative", [&] { return b.getForce("FyV", -1); },
-       "Error in BodyObject::getForce! Curve 'FyV' has only 0 elements while element #-1 was requested.\n"},
+       "Error in BodyObject::getForce! Curve 'FyV' has only 0 elements while element #-1 was "
+       "requested.\n"},
       {"getForce moment name", [&] { return b.getForce("Mx", 0); },
        "Error in BodyObject::getForce! Curve 'Mx' is not found.\n"},
       {"getForce lower case", [&] { return b.getForce("fx", 0); },
@@ -226,16 +230,21 @@ TEST(MarineHistories, BodyLookupMessagesInAnUnsteadyRun) {
       {"getMoment empty slot name", [&] { return b.getMoment("", 0); },
        "Error in BodyObject::getMoment! Curve '' is not found.\n"},
       {"getMoment past the end", [&] { return b.getMoment("MzVDyn", 2); },
-       "Error in BodyObject::getMoment! Curve 'MzVDyn' has only 0 elements while element #2 was requested.\n"},
-      {"getForceConv 18", [&] { return b.getForceConv(18, 0); }, "BodyObject::getForceConv wrong curve index 18\n"},
-      {"getForceConv -1", [&] { return b.getForceConv(-1, 0); }, "BodyObject::getForceConv wrong curve index -1\n"},
+       "Error in BodyObject::getMoment! Curve 'MzVDyn' has only 0 elements while element #2 was "
+       "requested.\n"},
+      {"getForceConv 18", [&] { return b.getForceConv(18, 0); },
+       "BodyObject::getForceConv wrong curve index 18\n"},
+      {"getForceConv -1", [&] { return b.getForceConv(-1, 0); },
+       "BodyObject::getForceConv wrong curve index -1\n"},
       // A plain quantity shares the converged series of its file.
       {"getForceConv plain quantity", [&] { return b.getForceConv(0, 0); },
        "BodyObject::getForceConv wrong iteration number 0 (n = 0)\n"},
       {"getForceConv empty series", [&] { return b.getForceConv(1, 0); },
        "BodyObject::getForceConv wrong iteration number 0 (n = 0)\n"},
-      {"getMomentConv 18", [&] { return b.getMomentConv(18, 0); }, "BodyObject::getMomentConv wrong curve index 18\n"},
-      {"getMomentConv 20", [&] { return b.getMomentConv(20, 0); }, "BodyObject::getMomentConv wrong curve index 20\n"},
+      {"getMomentConv 18", [&] { return b.getMomentConv(18, 0); },
+       "BodyObject::getMomentConv wrong curve index 18\n"},
+      {"getMomentConv 20", [&] { return b.getMomentConv(20, 0); },
+       "BodyObject::getMomentConv wrong curve index 20\n"},
       {"getMomentConv step", [&] { return b.getMomentConv(17, 3); },
        "BodyObject::getMomentConv wrong iteration number 3 (n = 0)\n"},
       {"getForceConvLength 18", [&] { return b.getForceConvLength(18); },
@@ -289,11 +298,14 @@ TEST(MarineHistories, SubBodyLookupMessages) {
   s.setConvergedSeries(true);
   expectLookups({
       {"getForce", [&] { return s.getForce("Fy", 0); },
-       "Error in SubBodyObject::getForce! Curve 'Fy' has only 0 elements while element #0 was requested.\n"},
-      {"getMoment", [&] { return s.getMoment("Fy", 0); }, "Error in SubBodyObject::getMoment! Curve 'Fy' is not found.\n"},
+       "Error in SubBodyObject::getForce! Curve 'Fy' has only 0 elements while element #0 was "
+       "requested.\n"},
+      {"getMoment", [&] { return s.getMoment("Fy", 0); },
+       "Error in SubBodyObject::getMoment! Curve 'Fy' is not found.\n"},
       {"getForceConv", [&] { return s.getForceConv(2, 0); },
        "SubBodyObject::getForceConv wrong iteration number 0 (n = 0)\n"},
-      {"getMomentConv", [&] { return s.getMomentConv(18, 0); }, "SubBodyObject::getMomentConv wrong curve index 18\n"},
+      {"getMomentConv", [&] { return s.getMomentConv(18, 0); },
+       "SubBodyObject::getMomentConv wrong curve index 18\n"},
       {"getForceConvLength", [&] { return s.getForceConvLength(18); },
        "SubBodyObject::getForceConvLength wrong force index 18\n"},
       {"getMomentConvLength", [&] { return s.getMomentConvLength(18); },
@@ -313,11 +325,13 @@ TEST(MarineHistories, SubBodyLookupMessages) {
 class MarineComponentFile : public ScratchFolder {};
 
 std::string columnsBlock(const std::string& variables, const std::string& names) {
-  return "#QV_BEGIN\nVARIABLES = " + variables + "\nNAMES = " + names + "\n#QV_END\n#COLUMNS T itnl " + names + "\n";
+  return "#QV_BEGIN\nVARIABLES = " + variables + "\nNAMES = " + names +
+         "\n#QV_END\n#COLUMNS T itnl " + names + "\n";
 }
 
-const std::string kUnsteadyFxHeader = "#QV_BEGIN\nCALCUL\nMODE UNSTEADY\n#QV_END\n" + kHullAndRudder +
-                                      columnsBlock("T itnl Fx Fx Fx Fx", "hull hull:keel hull:bulb rudder");
+const std::string kUnsteadyFxHeader =
+    "#QV_BEGIN\nCALCUL\nMODE UNSTEADY\n#QV_END\n" + kHullAndRudder +
+    columnsBlock("T itnl Fx Fx Fx Fx", "hull hull:keel hull:bulb rudder");
 
 TEST_F(MarineComponentFile, BodyWithTwoSubBodiesTakesThreeValuesPerRow) {
   write("eff_Fx.dat", kUnsteadyFxHeader +
@@ -359,9 +373,11 @@ TEST_F(MarineComponentFile, BodyWithTwoSubBodiesTakesThreeValuesPerRow) {
   // Past the end of what was read.
   expectLookups({
       {"getForce at the length", [&] { return hull.getForce("Fx", 3); },
-       "Error in BodyObject::getForce! Curve 'Fx' has only 3 elements while element #3 was requested.\n"},
+       "Error in BodyObject::getForce! Curve 'Fx' has only 3 elements while element #3 was "
+       "requested.\n"},
       {"sub-body getForce", [&] { return hull.subBody(1).getForce("Fx", 7); },
-       "Error in SubBodyObject::getForce! Curve 'Fx' has only 3 elements while element #7 was requested.\n"},
+       "Error in SubBodyObject::getForce! Curve 'Fx' has only 3 elements while element #7 was "
+       "requested.\n"},
       {"getForceConv at the length", [&] { return hull.getForceConv(1, 2); },
        "BodyObject::getForceConv wrong iteration number 2 (n = 2)\n"},
       {"sub-body getForceConv", [&] { return hull.subBody(0).getForceConv(1, -1); },
@@ -403,8 +419,10 @@ TEST_F(MarineComponentFile, GroupsFeedConsecutiveHistories) {
   write("eff_Fx.dat", columnsBlock("T itnl Fx FxP FxV Fx", "hull hull hull rudder") +
                           "0.0 1 1.5 0.5 1.0 9.5\n-0.5 1 1.25 0.25 1.0 9.25\n");
   // A moment file further down its table: its groups start at its position.
-  write("eff_My.dat", columnsBlock("T itnl My MyP", "hull hull") + "0.0 1 3.5 2.5\n-0.5 1 3.25 2.25\n");
-  std::vector<BodyObject> bodies = bodiesOf("#QV_BEGIN\nBODY\nNAME hull\n#QV_END\n#QV_BEGIN\nBODY\nNAME rudder\n#QV_END\n", true);
+  write("eff_My.dat",
+        columnsBlock("T itnl My MyP", "hull hull") + "0.0 1 3.5 2.5\n-0.5 1 3.25 2.25\n");
+  std::vector<BodyObject> bodies = bodiesOf(
+      "#QV_BEGIN\nBODY\nNAME hull\n#QV_END\n#QV_BEGIN\nBODY\nNAME rudder\n#QV_END\n", true);
   ComponentFile fx(pathOf("eff_Fx.dat"), Component::force, 0);
   ComponentFile my(pathOf("eff_My.dat"), Component::moment, 3);
   ConsoleCapture console;
@@ -432,8 +450,10 @@ TEST_F(MarineComponentFile, GroupsFeedConsecutiveHistories) {
 }
 
 TEST_F(MarineComponentFile, GroupBeyondTheLastFileKeepsTheOtherColumns) {
-  write("eff_FzV.dat", columnsBlock("T itnl FzV FzV FzV", "hull hull rudder") + "0.0 1 1.5 2.5 3.5\n-0.5 1 1.25 2.25 3.25\n");
-  std::vector<BodyObject> bodies = bodiesOf("#QV_BEGIN\nBODY\nNAME hull\n#QV_END\n#QV_BEGIN\nBODY\nNAME rudder\n#QV_END\n", true);
+  write("eff_FzV.dat", columnsBlock("T itnl FzV FzV FzV", "hull hull rudder") +
+                           "0.0 1 1.5 2.5 3.5\n-0.5 1 1.25 2.25 3.25\n");
+  std::vector<BodyObject> bodies = bodiesOf(
+      "#QV_BEGIN\nBODY\nNAME hull\n#QV_END\n#QV_BEGIN\nBODY\nNAME rudder\n#QV_END\n", true);
   ComponentFile file(pathOf("eff_FzV.dat"), Component::force, 8);
   ConsoleCapture console;
   ASSERT_TRUE(file.readHeader(bodies));
@@ -451,14 +471,16 @@ TEST_F(MarineComponentFile, HeaderWithoutItsColumnsBlock) {
     std::string text;
     std::string message;  // "@" stands for the path
   } cases[] = {
-      {"no columns block", "#QV_BEGIN\nCALCUL\nMODE STEADY\n#QV_END\n#COLUMNS T itnl hull\n0.0 1 2.5\n",
+      {"no columns block",
+       "#QV_BEGIN\nCALCUL\nMODE STEADY\n#QV_END\n#COLUMNS T itnl hull\n0.0 1 2.5\n",
        "*** Parameter : #QV_END VARIABLES is not found in file: @\n"},
       {"empty file", "", "*** Parameter : #QV_END VARIABLES is not found in file: @\n"},
       {"VARIABLES outside any block", "VARIABLES = T itnl Fx\n#QV_BEGIN\nNAMES = hull\n#QV_END\n",
        "*** Parameter : #QV_END VARIABLES is not found in file: @\n"},
       {"no NAMES", "#QV_BEGIN\nVARIABLES = T itnl Fx\n#QV_END\n#COLUMNS T itnl hull\n0.0 1 2.5\n",
        "*** Parameter : NAMES in file: @ is not found\n"},
-      {"NAMES in another block", "#QV_BEGIN\nVARIABLES = T itnl Fx\n#QV_END\n#QV_BEGIN\nNAMES = hull\n#QV_END\n",
+      {"NAMES in another block",
+       "#QV_BEGIN\nVARIABLES = T itnl Fx\n#QV_END\n#QV_BEGIN\nNAMES = hull\n#QV_END\n",
        "*** Parameter : NAMES in file: @ is not found\n"},
   };
   for (const auto& c : cases) {
@@ -484,7 +506,8 @@ TEST_F(MarineComponentFile, UnknownBodiesAreReportedAndTheirColumnsSkipped) {
   } cases[] = {
       {"eff_Fy.dat", Component::force,
        "Unknown body: ghost\nUnknown body: hull:fin\nUnknown body: rudder:tab\n"},
-      {"eff_Mx.dat", Component::moment, "Unknow body ghost\nUnknow body hull:fin\nUnknow body rudder:tab\n"},
+      {"eff_Mx.dat", Component::moment,
+       "Unknow body ghost\nUnknow body hull:fin\nUnknow body rudder:tab\n"},
   };
   for (const auto& c : cases) {
     write(c.file, header + rows);

@@ -1,7 +1,6 @@
 // Motion files of moving bodies and the actuator-disk table, both read while
 // the solver is still appending to them.
 #include <gtest/gtest.h>
-
 #include <unistd.h>
 
 #include <filesystem>
@@ -51,7 +50,8 @@ TEST_F(MarineMotion, ColumnsAndGrowingRows) {
 
 TEST_F(MarineMotion, ShortRowIsReportedAndSkipped) {
   write("Mvt_hull.dat",
-        "#COLUMNS T = X Z\r\n0.0 1.5 2.5\r\n0.1 1.25\r\n\r\n# comment\r\n0.2 1.125 2.125 9.0\r\n0.3\r\n");
+        "#COLUMNS T = X Z\r\n0.0 1.5 2.5\r\n0.1 1.25\r\n\r\n# comment\r\n0.2 1.125 2.125 "
+        "9.0\r\n0.3\r\n");
   MotionHistory motion;
   ConsoleCapture console;
   motion.open(pathOf("Mvt_hull.dat"));

@@ -2,7 +2,6 @@
 // solver writes: the progress lines, the bodies in use, what the scripts are
 // told about bad files, and what happens when the solver starts over.
 #include <gtest/gtest.h>
-
 #include <unistd.h>
 
 #include <filesystem>
@@ -35,7 +34,8 @@ class RecordingEvaluator : public marine::ScriptEvaluator {
 const std::string kStamp = "07/03/2018 13:34:44";
 const std::string kLaterStamp = "08/03/2018 09:00:00";
 
-std::string residualText(const std::string& stamp, const std::string& rows, const std::string& mode = "UNSTEADY") {
+std::string residualText(const std::string& stamp, const std::string& rows,
+                         const std::string& mode = "UNSTEADY") {
   return (stamp.empty() ? "" : "#CREATED " + stamp + "\n") + "#QV_BEGIN\nCALCUL\nMODE " + mode +
          "\n#QV_END\n#COLUMNS itnl cpums t ResU ResP\n" + rows;
 }
@@ -49,12 +49,14 @@ const std::string kFxBodies =
 
 // The bodies as the body description states them: one more.
 const std::string kBodyDescription =
-    "#QV_BEGIN\nBODY\nNAME hull\nGRAVITY_CENTER 61.2 0.0 -1.5\n#QV_BEGIN\nSUBBODY\nNAME keel\n#QV_END\n#QV_END\n"
+    "#QV_BEGIN\nBODY\nNAME hull\nGRAVITY_CENTER 61.2 0.0 -1.5\n#QV_BEGIN\nSUBBODY\nNAME "
+    "keel\n#QV_END\n#QV_END\n"
     "#QV_BEGIN\nBODY\nNAME rudder\n#QV_END\n"
     "#QV_BEGIN\nBODY\nNAME skeg\n#QV_END\n";
 
 const std::string kColumns =
-    "#QV_BEGIN\nVARIABLES = T itnl Q Q Q\nNAMES = hull hull:keel rudder\n#QV_END\n#COLUMNS T itnl hull hull:keel rudder\n";
+    "#QV_BEGIN\nVARIABLES = T itnl Q Q Q\nNAMES = hull hull:keel rudder\n#QV_END\n#COLUMNS T itnl "
+    "hull hull:keel rudder\n";
 
 // A value that tells which file, row and column it came from: file k, plain
 // row r (or the converged row, r = 5), column c.
@@ -75,7 +77,8 @@ class MarineProject : public testing::Test {
  protected:
   MarineProject() {
     static int serial = 0;
-    folder_ = fs::temp_directory_path() / ("marine_case_" + std::to_string(::getpid()) + "_" + std::to_string(++serial));
+    folder_ = fs::temp_directory_path() /
+              ("marine_case_" + std::to_string(::getpid()) + "_" + std::to_string(++serial));
     fs::create_directories(folder_);
     dir_ = folder_.string() + "/";
     res_ = dir_ + "ship.res";
@@ -98,7 +101,8 @@ class MarineProject : public testing::Test {
     for (int k = 0; k < 9; ++k) {
       const std::string force(marine::kForceFileNames[static_cast<std::size_t>(k)]);
       write(force, (k == 0 ? fxHeader(mode) : kColumns) + effRows(k));
-      write(std::string(marine::kMomentFileNames[static_cast<std::size_t>(k)]), kColumns + effRows(10 + k));
+      write(std::string(marine::kMomentFileNames[static_cast<std::size_t>(k)]),
+            kColumns + effRows(10 + k));
     }
   }
 
@@ -112,10 +116,12 @@ class MarineProject : public testing::Test {
     return "File '" + res_ + "' created on " + stamp + "\n";
   }
   std::string fallbackLines() const {
-    return "Reading eff_Fx.dat for steadiness...\nMode: UNSTEADY\nFallback body: hull\nFallback body: rudder\n"
+    return "Reading eff_Fx.dat for steadiness...\nMode: UNSTEADY\nFallback body: hull\nFallback "
+           "body: rudder\n"
            "Reading ...body_param.dat file for body structure ...\n";
   }
-  static constexpr const char* kTrueBodyLines = "True body: hull\nTrue body: rudder\nTrue body: skeg\n";
+  static constexpr const char* kTrueBodyLines =
+      "True body: hull\nTrue body: rudder\nTrue body: skeg\n";
 
   fs::path folder_;
   std::string dir_;
@@ -132,7 +138,8 @@ TEST_F(MarineProject, LoadWithBodyDescriptionAndMotionBody) {
   RecordingEvaluator evaluator;
   ConsoleCapture console;
   ASSERT_TRUE(project.load());
-  EXPECT_EQ(console.text(), stampLine() + fallbackLines() + kTrueBodyLines + "Found Mvt body: hull\n");
+  EXPECT_EQ(console.text(),
+            stampLine() + fallbackLines() + kTrueBodyLines + "Found Mvt body: hull\n");
   EXPECT_TRUE(evaluator.scripts.empty());
   EXPECT_TRUE(project.loaded());
   EXPECT_TRUE(project.unsteady());
@@ -173,7 +180,8 @@ TEST_F(MarineProject, FirstRefreshDistributesEveryFile) {
   const struct {
     const char* quantity;
     int file;
-  } forces[] = {{"Fx", 0}, {"FxP", 1}, {"FxV", 2}, {"Fy", 3}, {"FyP", 4}, {"FyV", 5}, {"Fz", 6}, {"FzP", 7}, {"FzV", 8}};
+  } forces[] = {{"Fx", 0},  {"FxP", 1}, {"FxV", 2}, {"Fy", 3}, {"FyP", 4},
+                {"FyV", 5}, {"Fz", 6},  {"FzP", 7}, {"FzV", 8}};
   for (const auto& f : forces) {
     EXPECT_EQ(hull.getForce(f.quantity, 0), valueOf(f.file, 0, 0)) << f.quantity;
     EXPECT_EQ(hull.getForce(f.quantity, 1), valueOf(f.file, 1, 0)) << f.quantity;
@@ -208,7 +216,8 @@ TEST_F(MarineProject, FallbackBodiesWithoutBodyDescription) {
   ASSERT_TRUE(project.load());
   EXPECT_EQ(console.text(), stampLine() + fallbackLines() + "Cannot read file " + dir_ +
                                 "ship_body_param.dat. Please check if the file exists \n"
-                                "Warning! Couldn't find bodies in " + dir_ +
+                                "Warning! Couldn't find bodies in " +
+                                dir_ +
                                 "ship_body_param.dat.\nGoing to fallback mode...\n"
                                 "Body Motion List is empty\n");
   ASSERT_EQ(project.bodies().size(), 2u);
@@ -229,8 +238,9 @@ TEST_F(MarineProject, BodyDescriptionWithoutBodiesAlsoFallsBack) {
   ProjectMonitorMarine project(res_);
   ConsoleCapture console;
   ASSERT_TRUE(project.load());
-  EXPECT_EQ(console.text(), stampLine() + fallbackLines() + "Warning! Couldn't find bodies in " + dir_ +
-                                "ship_body_param.dat.\nGoing to fallback mode...\nBody Motion List is empty\n");
+  EXPECT_EQ(console.text(),
+            stampLine() + fallbackLines() + "Warning! Couldn't find bodies in " + dir_ +
+                "ship_body_param.dat.\nGoing to fallback mode...\nBody Motion List is empty\n");
   EXPECT_EQ(project.bodies().size(), 2u);
 }
 
@@ -238,41 +248,44 @@ TEST_F(MarineProject, BodyDescriptionFollowsTheCaseName) {
   write("ship.res", residualText(kStamp, kResidualRows));
   write("boat.res", residualText("", kResidualRows));
   writeComponentFiles();
-  write("boat_body_param.dat", "#QV_BEGIN\nBODY\nNAME hull\n#QV_END\n#QV_BEGIN\nBODY\nNAME barge\n#QV_END\n");
+  write("boat_body_param.dat",
+        "#QV_BEGIN\nBODY\nNAME hull\n#QV_END\n#QV_BEGIN\nBODY\nNAME barge\n#QV_END\n");
   {
     ProjectMonitorMarine ship(res_);
     ConsoleCapture console;
     ASSERT_TRUE(ship.load());
-    EXPECT_NE(console.text().find("Warning! Couldn't find bodies in " + dir_ + "ship_body_param.dat.\n"),
-              std::string::npos);
+    EXPECT_NE(
+        console.text().find("Warning! Couldn't find bodies in " + dir_ + "ship_body_param.dat.\n"),
+        std::string::npos);
     EXPECT_EQ(ship.bodies().size(), 2u);
   }
   ProjectMonitorMarine boat(dir_ + "boat.res");
   ConsoleCapture console;
   ASSERT_TRUE(boat.load());
-  EXPECT_EQ(console.text(),
-            "No #CREATED tag found in the .res file.\nRe-running the solver may give a wrong picture.\n" +
-                fallbackLines() +
-                "True body: hull\nTrue body: barge\n"
-                "Unknown body: hull:keel\nUnknown body: rudder\n"
-                "Unknown body: hull:keel\nUnknown body: rudder\n"
-                "Unknown body: hull:keel\nUnknown body: rudder\n"
-                "Unknown body: hull:keel\nUnknown body: rudder\n"
-                "Unknown body: hull:keel\nUnknown body: rudder\n"
-                "Unknown body: hull:keel\nUnknown body: rudder\n"
-                "Unknown body: hull:keel\nUnknown body: rudder\n"
-                "Unknown body: hull:keel\nUnknown body: rudder\n"
-                "Unknown body: hull:keel\nUnknown body: rudder\n"
-                "Unknow body hull:keel\nUnknow body rudder\n"
-                "Unknow body hull:keel\nUnknow body rudder\n"
-                "Unknow body hull:keel\nUnknow body rudder\n"
-                "Unknow body hull:keel\nUnknow body rudder\n"
-                "Unknow body hull:keel\nUnknow body rudder\n"
-                "Unknow body hull:keel\nUnknow body rudder\n"
-                "Unknow body hull:keel\nUnknow body rudder\n"
-                "Unknow body hull:keel\nUnknow body rudder\n"
-                "Unknow body hull:keel\nUnknow body rudder\n"
-                "Body Motion List is empty\n");
+  EXPECT_EQ(
+      console.text(),
+      "No #CREATED tag found in the .res file.\nRe-running the solver may give a wrong picture.\n" +
+          fallbackLines() +
+          "True body: hull\nTrue body: barge\n"
+          "Unknown body: hull:keel\nUnknown body: rudder\n"
+          "Unknown body: hull:keel\nUnknown body: rudder\n"
+          "Unknown body: hull:keel\nUnknown body: rudder\n"
+          "Unknown body: hull:keel\nUnknown body: rudder\n"
+          "Unknown body: hull:keel\nUnknown body: rudder\n"
+          "Unknown body: hull:keel\nUnknown body: rudder\n"
+          "Unknown body: hull:keel\nUnknown body: rudder\n"
+          "Unknown body: hull:keel\nUnknown body: rudder\n"
+          "Unknown body: hull:keel\nUnknown body: rudder\n"
+          "Unknow body hull:keel\nUnknow body rudder\n"
+          "Unknow body hull:keel\nUnknow body rudder\n"
+          "Unknow body hull:keel\nUnknow body rudder\n"
+          "Unknow body hull:keel\nUnknow body rudder\n"
+          "Unknow body hull:keel\nUnknow body rudder\n"
+          "Unknow body hull:keel\nUnknow body rudder\n"
+          "Unknow body hull:keel\nUnknow body rudder\n"
+          "Unknow body hull:keel\nUnknow body rudder\n"
+          "Unknow body hull:keel\nUnknow body rudder\n"
+          "Body Motion List is empty\n");
   ASSERT_EQ(boat.bodies().size(), 2u);
   EXPECT_EQ(boat.bodies()[1].name(), "barge");
   boat.refresh();
@@ -287,15 +300,16 @@ TEST_F(MarineProject, MissingComponentFilesAreNamedInTableOrder) {
   ConsoleCapture console;
   ASSERT_TRUE(project.load());
   std::string missing;
-  for (const char* name : {"eff_FxP.dat", "eff_FxV.dat", "eff_Fy.dat", "eff_FyP.dat", "eff_FyV.dat", "eff_Fz.dat",
-                           "eff_FzP.dat", "eff_FzV.dat", "eff_Mx.dat", "eff_MxP.dat", "eff_MxV.dat", "eff_My.dat",
-                           "eff_MyP.dat", "eff_MyV.dat", "eff_Mz.dat", "eff_MzP.dat", "eff_MzV.dat"}) {
+  for (const char* name :
+       {"eff_FxP.dat", "eff_FxV.dat", "eff_Fy.dat", "eff_FyP.dat", "eff_FyV.dat", "eff_Fz.dat",
+        "eff_FzP.dat", "eff_FzV.dat", "eff_Mx.dat", "eff_MxP.dat", "eff_MxV.dat", "eff_My.dat",
+        "eff_MyP.dat", "eff_MyV.dat", "eff_Mz.dat", "eff_MzP.dat", "eff_MzV.dat"}) {
     missing += "No file " + dir_ + name + "\n";
   }
   EXPECT_EQ(console.text(), stampLine() + fallbackLines() + "Cannot read file " + dir_ +
                                 "ship_body_param.dat. Please check if the file exists \n"
-                                "Warning! Couldn't find bodies in " + dir_ +
-                                "ship_body_param.dat.\nGoing to fallback mode...\n" +
+                                "Warning! Couldn't find bodies in " +
+                                dir_ + "ship_body_param.dat.\nGoing to fallback mode...\n" +
                                 missing + "Body Motion List is empty\n");
   // A file that appears later is read on a later refresh.
   project.refresh();
@@ -315,8 +329,8 @@ TEST_F(MarineProject, ModeOfTheForceFile) {
     std::string lines;
     bool unsteady;
   } cases[] = {
-      {"steady", "#QV_BEGIN\nCALCUL\nMODE STEADY\n#QV_END\n", "Mode: STEADY\nFallback body: hull\nFallback body: rudder\n",
-       false},
+      {"steady", "#QV_BEGIN\nCALCUL\nMODE STEADY\n#QV_END\n",
+       "Mode: STEADY\nFallback body: hull\nFallback body: rudder\n", false},
       {"unknown mode", "#QV_BEGIN\nCALCUL\nMODE SOMETIMES\n#QV_END\n",
        "Mode: SOMETIMES\n"
        "Error! Cannot read body information from eff_Fx.dat: steadiness is undefined so far.\n"
@@ -336,8 +350,8 @@ TEST_F(MarineProject, ModeOfTheForceFile) {
     ConsoleCapture console;
     EXPECT_TRUE(project.load()) << c.what;
     EXPECT_EQ(console.text(), stampLine() + "Reading eff_Fx.dat for steadiness...\n" + c.lines +
-                                  "Reading ...body_param.dat file for body structure ...\n" + kTrueBodyLines +
-                                  "Body Motion List is empty\n")
+                                  "Reading ...body_param.dat file for body structure ...\n" +
+                                  kTrueBodyLines + "Body Motion List is empty\n")
         << c.what;
     EXPECT_EQ(project.unsteady(), c.unsteady) << c.what;
     EXPECT_EQ(project.bodies()[0].convergedSeriesCount(marine::Component::force), 0) << c.what;
@@ -354,9 +368,10 @@ TEST_F(MarineProject, MissingForceFileIsABadForcesFile) {
     ConsoleCapture console;
     EXPECT_FALSE(project.load());
     EXPECT_FALSE(project.loaded());
-    EXPECT_EQ(console.text(), stampLine() + "Reading eff_Fx.dat for steadiness...\nCannot read " + dir_ +
-                                  "eff_Fx.dat. Please check if the file exists \n");
-    EXPECT_EQ(evaluator.scripts, std::vector<std::string>{"catch { itm_error_badfile Forces/Moments }"});
+    EXPECT_EQ(console.text(), stampLine() + "Reading eff_Fx.dat for steadiness...\nCannot read " +
+                                  dir_ + "eff_Fx.dat. Please check if the file exists \n");
+    EXPECT_EQ(evaluator.scripts,
+              std::vector<std::string>{"catch { itm_error_badfile Forces/Moments }"});
   }
 }
 
@@ -368,7 +383,8 @@ TEST_F(MarineProject, BadResidualHeaderIsABadResidualsFile) {
   } cases[] = {
       {"bad mode", residualText(kStamp, kResidualRows, "SOMETIMES"), "BAD FILE FORMAT .res\n"},
       {"unknown residual",
-       "#CREATED " + kStamp + "\n#QV_BEGIN\nCALCUL\nMODE UNSTEADY\n#QV_END\n#COLUMNS itnl cpums t ResU Resid\n",
+       "#CREATED " + kStamp +
+           "\n#QV_BEGIN\nCALCUL\nMODE UNSTEADY\n#QV_END\n#COLUMNS itnl cpums t ResU Resid\n",
        "*** Parameter : Resid in file: @ is not found\n"},
   };
   for (const auto& c : cases) {
@@ -380,9 +396,11 @@ TEST_F(MarineProject, BadResidualHeaderIsABadResidualsFile) {
     ConsoleCapture console;
     EXPECT_FALSE(project.load()) << c.what;
     std::string message = c.message;
-    if (const std::size_t at = message.find('@'); at != std::string::npos) message.replace(at, 1, res_);
+    if (const std::size_t at = message.find('@'); at != std::string::npos)
+      message.replace(at, 1, res_);
     EXPECT_EQ(console.text(), stampLine() + fallbackLines() + kTrueBodyLines + message) << c.what;
-    EXPECT_EQ(evaluator.scripts, std::vector<std::string>{"catch { itm_error_badfile Residuals }"}) << c.what;
+    EXPECT_EQ(evaluator.scripts, std::vector<std::string>{"catch { itm_error_badfile Residuals }"})
+        << c.what;
   }
 }
 
@@ -401,8 +419,9 @@ TEST_F(MarineProject, MotionFileWithoutColumnsLeavesTheOtherFilesRead) {
   ProjectMonitorMarine project(res_);
   ConsoleCapture console;
   ASSERT_TRUE(project.load());
-  EXPECT_EQ(console.text(), stampLine() + fallbackLines() + kTrueBodyLines + "Found Mvt body: rudder\n" +
-                                "#COLUMNS line is not found in " + dir_ + "Mvt_rudder.dat\n");
+  EXPECT_EQ(console.text(), stampLine() + fallbackLines() + kTrueBodyLines +
+                                "Found Mvt body: rudder\n" + "#COLUMNS line is not found in " +
+                                dir_ + "Mvt_rudder.dat\n");
   const std::size_t before = console.text().size();
   const ProjectMonitorMarine::Refresh refresh = project.refresh();
   EXPECT_TRUE(refresh.changed);
@@ -507,16 +526,19 @@ TEST_F(MarineRunRefresh, NewStampReloadsTheNewRunOnce) {
   for (int k = 0; k < 9; ++k) {
     write(std::string(marine::kForceFileNames[static_cast<std::size_t>(k)]),
           (k == 0 ? fxHeader() : kColumns) + rowText(0.0, 1, 20 + k, 0));
-    write(std::string(marine::kMomentFileNames[static_cast<std::size_t>(k)]), kColumns + rowText(0.0, 1, 30 + k, 0));
+    write(std::string(marine::kMomentFileNames[static_cast<std::size_t>(k)]),
+          kColumns + rowText(0.0, 1, 30 + k, 0));
   }
   const std::size_t before = console.text().size();
   const ProjectMonitorMarine::Refresh refresh = project.refresh();
   EXPECT_TRUE(refresh.succeeded);
   EXPECT_TRUE(refresh.changed);
   EXPECT_EQ(console.text().substr(before),
-            "Different solver run detected, currently displayed run started at 2018-03-07 13:34:44, the run from "
+            "Different solver run detected, currently displayed run started at 2018-03-07 "
+            "13:34:44, the run from "
             "2018-03-08 09:00:00 is on the disk now.\nRe-initializing the data...\n" +
-                stampLine(kLaterStamp) + fallbackLines() + kTrueBodyLines + "Body Motion List is empty\n");
+                stampLine(kLaterStamp) + fallbackLines() + kTrueBodyLines +
+                "Body Motion List is empty\n");
   EXPECT_EQ(project.creationStamp(), kLaterStamp);
   EXPECT_EQ(project.currentIterations()[3], 0);
   ASSERT_EQ(project.resFile().recordCount(), 1u);
@@ -567,9 +589,10 @@ TEST_F(MarineRunRefresh, RewrittenResidualFileReloadsTheRun) {
   const std::size_t before = console.text().size();
   const ProjectMonitorMarine::Refresh refresh = project.refresh();
   EXPECT_TRUE(refresh.changed);
-  EXPECT_EQ(console.text().substr(before),
-            "No #CREATED tag found in the .res file.\nRe-running the solver may give a wrong picture.\n" +
-                fallbackLines() + kTrueBodyLines + "Body Motion List is empty\n");
+  EXPECT_EQ(
+      console.text().substr(before),
+      "No #CREATED tag found in the .res file.\nRe-running the solver may give a wrong picture.\n" +
+          fallbackLines() + kTrueBodyLines + "Body Motion List is empty\n");
   ASSERT_EQ(project.resFile().recordCount(), 1u);
   EXPECT_EQ(project.resFile().record(0).valueOf("ResP"), 0.03125);
 }

@@ -2,7 +2,6 @@
 // the solver appends them (in pieces, with CR LF, with comments between),
 // and the files it refuses.
 #include <gtest/gtest.h>
-
 #include <unistd.h>
 
 #include <algorithm>
@@ -29,8 +28,12 @@ class MarineResFile : public testing::Test {
   }
   ~MarineResFile() override { std::filesystem::remove_all(folder_); }
 
-  void write(const std::string& text) { std::ofstream(path_, std::ios::binary | std::ios::trunc) << text; }
-  void append(const std::string& text) { std::ofstream(path_, std::ios::binary | std::ios::app) << text; }
+  void write(const std::string& text) {
+    std::ofstream(path_, std::ios::binary | std::ios::trunc) << text;
+  }
+  void append(const std::string& text) {
+    std::ofstream(path_, std::ios::binary | std::ios::app) << text;
+  }
 
   std::filesystem::path folder_;
   std::string path_;
@@ -61,14 +64,16 @@ const std::vector<Row> kSteadyRecords = {
     {3, {0.25, 0.125, 0.0625, 0.03125}},
 };
 
-void expectRecords(const ResFileMarine& file, const std::vector<Row>& rows, const std::string& where = "") {
+void expectRecords(const ResFileMarine& file, const std::vector<Row>& rows,
+                   const std::string& where = "") {
   ASSERT_EQ(file.recordCount(), rows.size()) << where;
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const marine::IteResMarine record = file.record(i);
     EXPECT_EQ(record.iterationNumber(), rows[i].iteration) << where << " record " << i;
     ASSERT_EQ(record.valueCount(), rows[i].values.size()) << where << " record " << i;
     for (std::size_t v = 0; v < rows[i].values.size(); ++v) {
-      EXPECT_EQ(record.valueAt(static_cast<long long>(v)), rows[i].values[v]) << where << " record " << i;
+      EXPECT_EQ(record.valueAt(static_cast<long long>(v)), rows[i].values[v])
+          << where << " record " << i;
     }
   }
 }
@@ -92,11 +97,20 @@ TEST_F(MarineResFile, SteadyRecordsAnswerByResidualName) {
     const char* name;
     double value;
   } cases[] = {
-      {"ResU", 0.5},   {"ResV", 0.25}, {"ResW", 0.125}, {"ResP", 0.0625},
+      {"ResU", 0.5},
+      {"ResV", 0.25},
+      {"ResW", 0.125},
+      {"ResP", 0.0625},
       // Known residuals that the file does not hold.
-      {"ResK", 0.0},   {"Res`w", 0.0}, {"ResE", 0.0},   {"ResVt~", 0.0},
+      {"ResK", 0.0},
+      {"Res`w", 0.0},
+      {"ResE", 0.0},
+      {"ResVt~", 0.0},
       // Names outside the table answer for the first residual column.
-      {"Bogus", 0.5},  {"resu", 0.5},  {"", 0.5},       {"Resw", 0.5},
+      {"Bogus", 0.5},
+      {"resu", 0.5},
+      {"", 0.5},
+      {"Resw", 0.5},
   };
   for (const auto& c : cases) EXPECT_EQ(record.valueOf(c.name), c.value) << c.name;
   EXPECT_EQ(record.valueAt(4), 0.0);
@@ -153,7 +167,8 @@ TEST_F(MarineResFile, HeaderFailures) {
       {"unknown mode", block + "MODE TRANSIENT\n#QV_END\n#COLUMNS itnl cpums ResU\n1 0.1 0.5\n"},
       {"lower-case mode", block + "MODE steady\n#QV_END\n#COLUMNS itnl cpums ResU\n1 0.1 0.5\n"},
       {"no mode line", block + "#QV_END\n#COLUMNS itnl cpums ResU\n1 0.1 0.5\n"},
-      {"mode outside the block", "MODE STEADY\n#QV_BEGIN\nCALCUL\n#QV_END\n#COLUMNS itnl cpums ResU\n"},
+      {"mode outside the block",
+       "MODE STEADY\n#QV_BEGIN\nCALCUL\n#QV_END\n#COLUMNS itnl cpums ResU\n"},
       {"empty file", ""},
       {"rows only", "1 0.1 0.5\n2 0.2 0.25\n"},
   };
@@ -178,11 +193,13 @@ TEST_F(MarineResFile, UnknownColumnIsNamedAndNoRowIsRead) {
       {"itnl cpums ResU ResK Resw", "Resw"},
   };
   for (const auto& c : cases) {
-    write("#QV_BEGIN\nCALCUL\nMODE STEADY\n#QV_END\n#COLUMNS " + std::string(c.columns) + "\n1 0.1 0.5 0.5 0.5\n");
+    write("#QV_BEGIN\nCALCUL\nMODE STEADY\n#QV_END\n#COLUMNS " + std::string(c.columns) +
+          "\n1 0.1 0.5 0.5 0.5\n");
     ResFileMarine file(path_);
     ConsoleCapture console;
     EXPECT_FALSE(file.readHeader()) << c.columns;
-    EXPECT_EQ(console.text(), "*** Parameter : " + std::string(c.unknown) + " in file: " + path_ + " is not found\n")
+    EXPECT_EQ(console.text(), "*** Parameter : " + std::string(c.unknown) + " in file: " + path_ +
+                                  " is not found\n")
         << c.columns;
     EXPECT_EQ(file.update(), fileformat::Update::unchanged) << c.columns;
     EXPECT_EQ(file.recordCount(), 0u) << c.columns;
@@ -226,8 +243,8 @@ TEST_F(MarineResFile, CommentAndEmptyLinesBetweenRowsAreNoRows) {
 }
 
 TEST_F(MarineResFile, ShortRowIsDroppedAndTheNextOneRead) {
-  write(kSteadyHeader + "1 0.52 0.5 0.25 0.125 0.0625\n" + "2 1.04 0.375 0.1875\n" + "2 1.04 0.375 0.1875 0.09375 0.046875\n" +
-        "3 1.56 0.25 0.125 0.0625 0.03125\n");
+  write(kSteadyHeader + "1 0.52 0.5 0.25 0.125 0.0625\n" + "2 1.04 0.375 0.1875\n" +
+        "2 1.04 0.375 0.1875 0.09375 0.046875\n" + "3 1.56 0.25 0.125 0.0625 0.03125\n");
   ResFileMarine file(path_);
   ConsoleCapture console;
   EXPECT_EQ(file.update(), fileformat::Update::appended);
@@ -288,9 +305,11 @@ TEST_F(MarineResFile, ResidualsKeepTheSinglePrecisionOfTheTokenRead) {
   ResFileMarine file(path_);
   ASSERT_EQ(file.update(), fileformat::Update::appended);
   const marine::IteResMarine record = file.record(0);
-  EXPECT_EQ(record.valueOf("ResU"), static_cast<double>(0.1f)) << "0.1 as a single-precision real is 0.100000001490116";
+  EXPECT_EQ(record.valueOf("ResU"), static_cast<double>(0.1f))
+      << "0.1 as a single-precision real is 0.100000001490116";
   EXPECT_EQ(record.valueOf("ResV"), 0.0) << "1e-50 is below the smallest single-precision real";
-  EXPECT_EQ(record.valueOf("ResW"), static_cast<double>(3.3f)) << "3.3 as a single-precision real is 3.29999995231628";
+  EXPECT_EQ(record.valueOf("ResW"), static_cast<double>(3.3f))
+      << "3.3 as a single-precision real is 3.29999995231628";
 }
 
 }  // namespace

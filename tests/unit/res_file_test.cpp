@@ -15,8 +15,8 @@
 #include <vector>
 
 #include "console_capture.h"
-#include "turbo/project_monitor.h"
 #include "scratch_folder.h"
+#include "turbo/project_monitor.h"
 
 namespace {
 
@@ -447,8 +447,10 @@ TEST_F(ResidualFile, ProjectStartsOverWhenTheFileIsRewritten) {
   ConsoleCapture console;
   EXPECT_EQ(project.update(), 0);
   EXPECT_EQ(project.update(), 0);
-  const std::string cannotOpen = "*** ResFile  :: read() Cannot open the file :\n\t\t\t      " + path_ + "\n";
-  EXPECT_EQ(console.text(), "File " + path_ + " has disappeared; what was read from it stays shown\n" +
+  const std::string cannotOpen =
+      "*** ResFile  :: read() Cannot open the file :\n\t\t\t      " + path_ + "\n";
+  EXPECT_EQ(console.text(), "File " + path_ +
+                                " has disappeared; what was read from it stays shown\n" +
                                 cannotOpen + cannotOpen);
   EXPECT_EQ(project.resFile().recordCount(), restarted.size());
 }

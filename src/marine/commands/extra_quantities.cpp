@@ -19,11 +19,12 @@ std::string trimBlanks(std::string_view text) {
 std::pair<std::string, std::string> splitTitle(std::string_view title) {
   const std::size_t open = title.find('[');
   const std::size_t close = title.rfind(']');
-  if (open == std::string_view::npos || close == std::string_view::npos || open == 0 || close == 0 ||
-      open > close) {
+  if (open == std::string_view::npos || close == std::string_view::npos || open == 0 ||
+      close == 0 || open > close) {
     return {trimBlanks(title), std::string()};
   }
-  return {trimBlanks(title.substr(0, open - 1)), trimBlanks(title.substr(open + 1, close - open - 1))};
+  return {trimBlanks(title.substr(0, open - 1)),
+          trimBlanks(title.substr(open + 1, close - open - 1))};
 }
 
 std::vector<double> readDataLine(std::string_view line, std::size_t count) {
@@ -66,7 +67,8 @@ bool ExtraQuantities::take(std::string_view line) {
         break;
       }
       const std::size_t tab = line.find('\t', start);
-      auto [name, unit] = splitTitle(line.substr(start, tab == std::string_view::npos ? tab : tab - start));
+      auto [name, unit] =
+          splitTitle(line.substr(start, tab == std::string_view::npos ? tab : tab - start));
       quantities_.push_back({std::move(name), std::move(unit), 0, {}});
       if (tab == std::string_view::npos) break;
       start = tab + 1;

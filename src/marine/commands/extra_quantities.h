@@ -15,8 +15,8 @@ namespace marine {
 struct ExtraQuantity {
   std::string name;
   std::string unit;
-  int currentIteration = 0;     // the position the scripts last chose
-  std::vector<double> values;   // one per data line
+  int currentIteration = 0;    // the position the scripts last chose
+  std::vector<double> values;  // one per data line
 };
 
 // A title's name and unit: "Heave force [N]" gives "Heave force" and "N".
