@@ -6,6 +6,8 @@
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -611,6 +613,79 @@ TEST_F(MarineRunRefresh, RewrittenForceFileReloadsTheRun) {
   EXPECT_EQ(project.bodies()[0].getForce("FyV", 0), valueOf(40, 0, 0));
   EXPECT_EQ(project.bodies()[0].realForcesTimesteps("Fx"), 2);
   EXPECT_EQ(project.resFile().recordCount(), 2u);
+}
+
+}  // namespace
+
+namespace {
+
+// Any file of the computation may disappear between two refreshes (a user
+// cleaning the folder, a network file system): it is said once, its curves
+// stay, the refresh tells which file is gone, and the file is read again
+// from its top when it comes back.
+TEST_F(MarineProject, AFileThatDisappearsIsToldOnceAndReadAgainWhenItComesBack) {
+  const struct {
+    std::string file;
+    std::function<std::size_t(const ProjectMonitorMarine&)> held;
+  } cases[] = {
+      {"ship.res", [](const ProjectMonitorMarine& p) { return p.resFile().recordCount(); }},
+      {"eff_Fx.dat", [](const ProjectMonitorMarine& p) { return p.bodies()[0].times().size(); }},
+      {"eff_FyV.dat",
+       [](const ProjectMonitorMarine& p) {
+         return static_cast<std::size_t>(p.bodies()[0].realForcesTimesteps("FyV"));
+       }},
+      {"Mvt_hull.dat",
+       [](const ProjectMonitorMarine& p) { return p.motionBodies()[0]->motion().rowCount(); }},
+      {"eff_AD.dat",
+       [](const ProjectMonitorMarine& p) {
+         return static_cast<std::size_t>(p.actuatorDisks().disk(0).stepCount());
+       }},
+      {"user_data.csv",
+       [](const ProjectMonitorMarine& p) {
+         return const_cast<ProjectMonitorMarine&>(p)
+             .extraQuantities()
+             .quantities()[0]
+             .values.size();
+       }},
+  };
+  for (const auto& c : cases) {
+    writeCase();
+    write("Mvt_hull.dat", "#COLUMNS T = X\n0.0 0.5\n0.05 0.75\n");
+    write("eff_AD.dat", "VARIABLES = \"T\" \"Load1\"\n0.0 1.5\n0.05 2.5\n");
+    write("user_data.csv", "Time [s]\n0.0\n0.05\n");
+    ProjectMonitorMarine project(res_);
+    ConsoleCapture console;
+    ASSERT_TRUE(project.load()) << c.file;
+    ASSERT_TRUE(project.refresh().succeeded) << c.file;
+    const std::size_t held = c.held(project);
+    ASSERT_EQ(held, 2u) << c.file;
+
+    std::ifstream in(dir_ + c.file, std::ios::binary);
+    const std::string text((std::istreambuf_iterator<char>(in)), {});
+    in.close();
+    fs::remove(dir_ + c.file);
+    const std::size_t before = console.text().size();
+    for (int refresh = 0; refresh < 2; ++refresh) {
+      const ProjectMonitorMarine::Refresh answer = project.refresh();
+      EXPECT_FALSE(answer.succeeded) << c.file;
+      EXPECT_EQ(answer.lostFiles, std::vector<std::string>{dir_ + c.file}) << c.file;
+      EXPECT_EQ(c.held(project), held) << c.file;
+    }
+    const std::string gone =
+        "File " + dir_ + c.file + " has disappeared; what was read from it stays shown\n";
+    // Beside the motion file's "File End is reached" at every refresh: the
+    // disappearance, once.
+    std::string said = console.text().substr(before);
+    for (std::size_t at = said.find("File End is reached\n"); at != std::string::npos;
+         at = said.find("File End is reached\n")) {
+      said.erase(at, 20);
+    }
+    EXPECT_EQ(said, gone) << c.file;
+
+    write(c.file, text);
+    EXPECT_TRUE(project.refresh().succeeded) << c.file;
+    EXPECT_EQ(c.held(project), held) << c.file << ": read again from its top, once";
+  }
 }
 
 }  // namespace
