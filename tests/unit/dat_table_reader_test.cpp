@@ -190,21 +190,4 @@ TEST_F(TableFile, HeaderWithoutEqualsSignMakesEveryRowWrong) {
   EXPECT_TRUE(groups.empty());
 }
 
-TEST_F(TableFile, ResetStartsAgainFromTheFirstByte) {
-  write("VARIABLES = \"Load1\"\n1\n2\n");
-  std::vector<QuantityGroup> groups;
-  DatTableReader reader;
-  reader.reset(path_);
-  reader.update(groups);
-  ASSERT_EQ(groups.size(), 1u);
-
-  groups.clear();
-  reader.reset(path_);
-  EXPECT_EQ(reader.file().offset(), 0u);
-  EXPECT_TRUE(reader.columnNames().empty());
-  reader.update(groups);
-  ASSERT_EQ(groups.size(), 1u);
-  expectGroup(groups[0], {"Load"}, {{1, 2}});
-}
-
 }  // namespace

@@ -9,15 +9,12 @@
 #include <charconv>
 #include <filesystem>
 #include <fstream>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "console_capture.h"
-#include "marine/project_monitor_marine.h"
-#include "solver_simulator/marine_case_writer.h"
 
 namespace {
 
@@ -216,83 +213,6 @@ TEST_F(ExtraQuantitiesFile, ARewrittenFileIsReadAgainAndTheChosenPositionsStay) 
   append("0.1\t-0.3\n");
   update(quantities);
   EXPECT_EQ(describe(quantities.quantities()), "Time [s]: 0.05 0.1\nSinkage [m]: -0.2 -0.3\n");
-}
-
-TEST_F(ExtraQuantitiesFile, ResetStartsAgainFromTheTop) {
-  write(kThreeRows);
-  ExtraQuantities quantities;
-  readAfresh(quantities);
-  quantities.quantities()[1].currentIteration = 2;
-  readAfresh(quantities);
-  EXPECT_EQ(describe(quantities.quantities()), kThreeRowsRead);
-  EXPECT_EQ(quantities.quantities()[1].currentIteration, 0);
-}
-
-// ---------------------------------------------------------------------------
-// The quantities of a computation that the solver stand-in writes.
-
-class ExtraQuantitiesOfARun : public testing::Test {
- protected:
-  ExtraQuantitiesOfARun() {
-    static int serial = 0;
-    folder_ = fs::temp_directory_path() / ("extra_quantities_run_" + std::to_string(::getpid()) +
-                                           "_" + std::to_string(++serial));
-  }
-  ~ExtraQuantitiesOfARun() override { fs::remove_all(folder_); }
-
-  static std::unique_ptr<marine::ProjectMonitorMarine> open(const std::string& path) {
-    auto project = std::make_unique<marine::ProjectMonitorMarine>(path);
-    const ConsoleCapture console;
-    EXPECT_TRUE(project->load());
-    project->refresh();
-    return project;
-  }
-
-  fs::path folder_;
-};
-
-TEST_F(ExtraQuantitiesOfARun, FollowTheRunLineByLineAndStartAgainWithANewRun) {
-  solver_simulator::MarineCaseWriter writer(solver_simulator::defaultCaseSetup(folder_));
-  writer.writeHeaders();
-  for (int i = 0; i < 20; ++i) writer.appendIteration();
-  const std::string path = writer.setup().residualPath().string();
-  const auto live = open(path);
-
-  const std::vector<ExtraQuantity>& quantities = live->extraQuantities().quantities();
-  ASSERT_EQ(quantities.size(), 4u);
-  const std::vector<std::pair<std::string, std::string>> titles = {
-      {"Time", "s"}, {"Heave force", "N"}, {"Pitch moment", "N.m"}, {"Froude number", ""}};
-  for (std::size_t q = 0; q < titles.size(); ++q) {
-    EXPECT_EQ(std::make_pair(quantities[q].name, quantities[q].unit), titles[q]) << q;
-  }
-  // One line per time step of 5 iterations.
-  EXPECT_EQ(quantities[0].values.size(), 4u);
-  EXPECT_DOUBLE_EQ(quantities[0].values.back(), 0.2);
-
-  for (int i = 0; i < 23; ++i) {
-    writer.appendIteration(i % 4 == 0 ? solver_simulator::LineEnd::cutLastLine
-                                      : solver_simulator::LineEnd::whole);
-    const ConsoleCapture console;
-    live->refresh();
-    EXPECT_EQ(console.text().find("Unfinished line"), std::string::npos) << console.text();
-  }
-  writer.completeLines();
-  {
-    const ConsoleCapture console;
-    live->refresh();
-  }
-  EXPECT_EQ(quantities[0].values.size(), 8u);
-  EXPECT_EQ(describe(quantities), describe(open(path)->extraQuantities().quantities()));
-
-  writer.restart(writer.setup().stamp.plusSeconds(60));
-  for (int i = 0; i < 10; ++i) writer.appendIteration();
-  {
-    const ConsoleCapture console;
-    live->refresh();
-  }
-  EXPECT_EQ(live->extraQuantities().quantities().at(0).values, (Doubles{0.05, 0.1}));
-  EXPECT_EQ(describe(live->extraQuantities().quantities()),
-            describe(open(path)->extraQuantities().quantities()));
 }
 
 }  // namespace

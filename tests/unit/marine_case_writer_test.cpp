@@ -187,35 +187,6 @@ TEST_F(MarineCaseWriterTest, TheSteadyCaseHasOneStepPerIterationAndNoConvergedRo
   EXPECT_DOUBLE_EQ(hull.times().back(), 40 * 0.05);
 }
 
-TEST_F(MarineCaseWriterTest, ARefreshReadsExactlyTheCompleteNewRows) {
-  MarineCaseWriter writer = written(defaultCaseSetup(folder_), 60);
-  ProjectMonitorMarine project(writer.setup().residualPath().string());
-  ConsoleCapture console;
-  ASSERT_TRUE(project.load());
-  project.refresh();
-
-  for (int i = 0; i < 4; ++i) writer.appendIteration();
-  // Iteration 65 completes time step 13; its residual row, the converged rows
-  // and the motion, disk and user rows stop halfway.
-  writer.appendIteration(LineEnd::cutLastLine);
-  EXPECT_TRUE(project.refresh().changed);
-  expectCounts(project, {64, 65, 12, 12, 12});
-
-  writer.completeLines();
-  project.refresh();
-  expectCounts(project, {65, 65, 13, 13, 13});
-
-  // Iteration 66 stops halfway everywhere; the next append completes it.
-  writer.appendIteration(LineEnd::cutLastLine);
-  project.refresh();
-  expectCounts(project, {65, 65, 13, 13, 13});
-  writer.appendIteration();
-  project.refresh();
-  expectCounts(project, {67, 67, 13, 13, 13});
-  EXPECT_EQ(project.bodies()[0].iterations().back(), 67);
-  expectNoComplaint(console.text());
-}
-
 TEST_F(MarineCaseWriterTest, ARestartShowsOnlyTheNewRun) {
   MarineCaseWriter writer = written(defaultCaseSetup(folder_), 60);
   ProjectMonitorMarine project(writer.setup().residualPath().string());

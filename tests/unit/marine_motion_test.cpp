@@ -91,19 +91,6 @@ TEST_F(MarineMotion, MissingFileAndFolder) {
   }
 }
 
-TEST_F(MarineMotion, RewrittenFileIsReadAgainFromItsTop) {
-  write("Mvt_hull.dat", "#COLUMNS T = X\n0.0 1.5\n0.1 1.25\n");
-  MotionHistory motion;
-  motion.open(pathOf("Mvt_hull.dat"));
-  ConsoleCapture console;
-  EXPECT_EQ(motion.update(), fileformat::Update::appended);
-  write("Mvt_hull.dat", "#COLUMNS T = Z\n0.0 9.5\n");
-  EXPECT_EQ(motion.update(), fileformat::Update::rewritten);
-  EXPECT_EQ(motion.columnNames(), Names{"Z"});
-  EXPECT_EQ(motion.values(0), Doubles{9.5});
-  EXPECT_EQ(console.text(), "File End is reached\nFile End is reached\n");
-}
-
 TEST_F(MarineMotion, NotOpenedMeansNoMotion) {
   MotionHistory motion;
   EXPECT_FALSE(motion.isOpen());

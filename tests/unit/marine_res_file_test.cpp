@@ -267,37 +267,6 @@ TEST_F(MarineResFile, NothingNewAnswersZero) {
   EXPECT_EQ(file.previousIterationNumber(), 3);
 }
 
-TEST_F(MarineResFile, RestartReadsTheFileFromItsTop) {
-  write(kSteadyHeader + kSteadyRows);
-  ResFileMarine file(path_);
-  ASSERT_EQ(file.update(), fileformat::Update::appended);
-  write(
-      "#QV_BEGIN\nCALCUL\nMODE UNSTEADY\n#QV_END\n"
-      "#COLUMNS itnl cpums t ResK\n"
-      "1 0.1 0.05 0.5\n");
-  EXPECT_EQ(file.update(), fileformat::Update::rewritten);
-  file.restart();
-  EXPECT_EQ(file.recordCount(), 0u);
-  EXPECT_EQ(file.update(), fileformat::Update::appended);
-  EXPECT_EQ(file.runMode(), ResFileMarine::RunMode::unsteady);
-  expectRecords(file, {{1, {0.5}}});
-  EXPECT_EQ(file.record(0).valueOf("ResK"), 0.5);
-  EXPECT_EQ(file.record(0).valueOf("ResU"), 0.0);
-}
-
-// The solver may be caught between its mode block and its "#COLUMNS" line;
-// the columns that arrive next must still name the residuals of the rows.
-TEST_F(MarineResFile, ColumnsLineWrittenAfterTheFirstLookIsStillUsed) {
-  write("#QV_BEGIN\nCALCUL\nMODE STEADY\n#QV_END\n");
-  ResFileMarine file(path_);
-  ConsoleCapture console;
-  file.update();
-  append("#COLUMNS itnl cpums ResU ResV ResW ResP\n" + kSteadyRows);
-  file.update();
-  EXPECT_EQ(console.text(), "");
-  expectRecords(file, kSteadyRecords);
-}
-
 // Residuals are reals of the files' token read, which narrows them to single
 // precision before they are kept as doubles.
 TEST_F(MarineResFile, ResidualsKeepTheSinglePrecisionOfTheTokenRead) {
