@@ -120,51 +120,58 @@ Update GrowingFile::read(const TextTaker& take) {
   // Where the read goes on right after the bytes taken, the last of them are
   // read again with the new ones and checked there: one read less.
   const bool tailReadWithNewText = !dropping_ && seenTo_ == offset_ && *size > offset_;
-  const auto rewritten = [&] {
-    restart();
-    seen_ = true;
-    return Update::rewritten;
-  };
-  if (lost_ || !continuesWhatWasTaken(file, *size, !tailReadWithNewText)) return rewritten();
+  if (lost_ || !continuesWhatWasTaken(file, *size, !tailReadWithNewText)) return startingOver();
   seen_ = true;
   if (*size == seenTo_) return Update::unchanged;
+  const Update result =
+      nothingWholeYet(file, *size)
+          ? Update::unchanged
+          : offerNewText(file, *size, tailReadWithNewText ? tail_.size() : 0, take);
+  if (checkBytesStale_) rememberCheckBytes(file);
+  return result;
+}
 
-  const auto settled = [&](Update result) {
-    if (checkBytesStale_) rememberCheckBytes(file);
-    return result;
-  };
+Update GrowingFile::startingOver() {
+  restart();
+  seen_ = true;
+  return Update::rewritten;
+}
+
+bool GrowingFile::nothingWholeYet(InputFile& file, std::uint64_t size) {
   if (dropping_) {
-    if (!dropUpToLineFeed(file, seenTo_, *size)) {
-      seenTo_ = lineStart_ = *size;
-      return settled(Update::unchanged);
-    }
-  } else if (seenTo_ > offset_ && !findLineFeed(file, seenTo_, *size)) {
-    // Only the unfinished line grew: no need to read it again yet.
-    if (*size - lineStart_ > kMaxLineBytes) startDropping(*size);
-    seenTo_ = *size;
-    if (dropping_) lineStart_ = *size;
-    return settled(Update::unchanged);
+    if (dropUpToLineFeed(file, seenTo_, size)) return false;
+    seenTo_ = lineStart_ = size;
+    return true;
   }
+  if (seenTo_ == offset_ || findLineFeed(file, seenTo_, size)) return false;
+  // Only the unfinished line grew: it is read again once its line feed comes.
+  if (size - lineStart_ > kMaxLineBytes) startDropping(size);
+  seenTo_ = size;
+  if (dropping_) lineStart_ = size;
+  return true;
+}
 
-  Update result = Update::unchanged;
-  const std::size_t tailBytes = tailReadWithNewText ? tail_.size() : 0;
+Update GrowingFile::offerNewText(InputFile& file, std::uint64_t size, std::size_t tailBytes,
+                                 const TextTaker& take) {
   if (!file.seek(offset_ - tailBytes)) {
     platform::consoleLine("couldn't seek to the position " + std::to_string(offset_));
-    return settled(result);
+    return Update::unchanged;
   }
   std::string pending;       // the text from offset_ on, not taken yet
   std::size_t complete = 0;  // bytes of it that are whole lines
   std::size_t offered = 0;   // bytes of it offered already
-  std::uint64_t left = *size - offset_;
+  std::uint64_t left = size - offset_;
   // Room for the longest line and one chunk, so that growing the text never
   // doubles it past that (pages not written are not taken from the system).
   pending.reserve(static_cast<std::size_t>(std::min<std::uint64_t>(left, kMaxLineBytes + kChunk)) +
                   tailBytes);
   if (tailBytes != 0) {
     pending.resize(tailBytes);
-    if (file.read(pending.data(), tailBytes) != tailBytes || pending != tail_) return rewritten();
+    if (file.read(pending.data(), tailBytes) != tailBytes || pending != tail_)
+      return startingOver();
     pending.clear();
   }
+  Update result = Update::unchanged;
   bool stopped = false;
   while (left > 0 && !stopped) {
     const std::size_t held = pending.size();
@@ -192,9 +199,8 @@ Update GrowingFile::read(const TextTaker& take) {
       startDropping(offset_ + pending.size());
       pending = std::string();
       complete = offered = 0;
-      if (!dropUpToLineFeed(file, offset_, *size)) break;
-      left = *size - offset_;
-      if (!file.seek(offset_)) break;
+      if (!dropUpToLineFeed(file, offset_, size) || !file.seek(offset_)) break;
+      left = size - offset_;
     }
   }
   if (stopped) {
@@ -203,7 +209,7 @@ Update GrowingFile::read(const TextTaker& take) {
     seenTo_ = dropping_ ? offset_ : offset_ + pending.size();
     lineStart_ = dropping_ ? offset_ : offset_ + complete;
   }
-  return settled(result);
+  return result;
 }
 
 }  // namespace fileformat

@@ -75,6 +75,16 @@ class GrowingFile {
 
  private:
   Update noteMissing();
+  // Forgets what was taken; answers `rewritten`.
+  Update startingOver();
+  // True when no new whole line can have come: an over-long line is still
+  // being dropped, or only the unfinished line grew (dropped in its turn
+  // once over the limit).
+  bool nothingWholeYet(InputFile& file, std::uint64_t size);
+  // Reads from the offset to `size`, offering each whole line once;
+  // `tailBytes` before the offset are read first and checked.
+  Update offerNewText(InputFile& file, std::uint64_t size, std::size_t tailBytes,
+                      const TextTaker& take);
   // Whether the file still holds what was taken at its top and, with
   // `checkTail`, before the offset.
   bool continuesWhatWasTaken(InputFile& file, std::uint64_t size, bool checkTail);
