@@ -35,7 +35,10 @@ void ProjectMonitorMarine::startOver() {
 }
 
 bool ProjectMonitorMarine::load() {
-  loaded_ = false;
+  // A computation loaded already is read again from the top; a load that
+  // failed goes on with what its residual reader took (a damaged file is not
+  // read again at every refresh).
+  if (loaded_) startOver();
   trueBodies_.clear();
   fallbackBodies_.clear();
   motionBodyIndexes_.clear();
