@@ -42,6 +42,8 @@ TEST_F(MarineDiskCommands, ValuesAreReadByDiskQuantityAndStep) {
   EXPECT_EQ(run("itf_get_disk_quantity_value", {path_, "0", "1", "2"}), Answer{"20.25"});
   EXPECT_EQ(run("itf_get_disk_quantity_value", {path_, "1", "0", "2"}), Answer{"-3.5"});
   EXPECT_EQ(run("itf_get_disk_quantity_value", {path_, "1", "1", "2"}), Answer{"7"});
+  EXPECT_EQ(run("itf_get_disk_quantity_value", {path_, "0", "0", "0"}).console, "")
+      << "the first step is a step";
 }
 
 TEST_F(MarineDiskCommands, WhatCannotBeFoundIsReportedWithTheCommandsNameAndTheDefaultAnswer) {

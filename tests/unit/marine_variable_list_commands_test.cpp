@@ -26,6 +26,7 @@ TEST_F(MarineVariableLists, TheFlagSaysWhetherTheRunWritesTheQuantity) {
   EXPECT_EQ(run("itf_get_KELP_vars_forces", {path_, "1"}), Answer{resultOf(1, "FxDyn")});
   EXPECT_EQ(run("itf_get_KELP_vars_moments", {path_, "15"}), Answer{resultOf(1, "MzPDyn")});
   EXPECT_EQ(run("itf_get_KELP_vars_moments", {path_, "20"}), Answer{resultOf(0, "")});
+  EXPECT_EQ(run("itf_get_KELP_vars_resids", {path_, "0"}), Answer{resultOf(1, "ResU")});
   EXPECT_EQ(run("itf_get_KELP_vars_resids", {path_, "5"}), Answer{resultOf(1, "Res`w")});
   EXPECT_EQ(run("itf_get_KELP_vars_resids", {path_, "6"}), Answer{resultOf(0, "ResE")});
   EXPECT_EQ(run("itf_get_KELP_vars_resids", {path_, "-1"}), Answer{resultOf(0, "")});

@@ -401,15 +401,16 @@ TEST(Bookmarks, CellsAreIndependentAndStartAtZero) {
   const std::pair<int, int> cells[] = {{0, 0}, {0, 9999}, {1, 0}, {999, 0}, {999, 9999}, {500, 1}};
   for (const auto& [i, j] : cells) EXPECT_EQ(grid.get(i, j), 0);
   int value = 0;
-  for (const auto& [i, j] : cells) grid.set(i, j, ++value * 11 - 30);
+  // Values around the 0 that a cell holds when it was never set.
+  for (const auto& [i, j] : cells) grid.set(i, j, ++value * 11 - 43);
   value = 0;
-  for (const auto& [i, j] : cells) EXPECT_EQ(grid.get(i, j), ++value * 11 - 30) << i << "," << j;
+  for (const auto& [i, j] : cells) EXPECT_EQ(grid.get(i, j), ++value * 11 - 43) << i << "," << j;
   EXPECT_EQ(grid.get(0, 1), 0);
   EXPECT_EQ(grid.get(998, 9999), 0);
 
   grid.set(1, 0, 0);
   EXPECT_EQ(grid.get(1, 0), 0);
-  EXPECT_EQ(grid.get(0, 9999), -8);
+  EXPECT_EQ(grid.get(0, 9999), -21);
   grid.clear();
   for (const auto& [i, j] : cells) EXPECT_EQ(grid.get(i, j), 0);
 }
