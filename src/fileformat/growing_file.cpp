@@ -1,6 +1,8 @@
 #include "fileformat/growing_file.h"
 
 #include <algorithm>
+#include <cstring>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -157,48 +159,57 @@ Update GrowingFile::offerNewText(InputFile& file, std::uint64_t size, std::size_
     platform::consoleLine("couldn't seek to the position " + std::to_string(offset_));
     return Update::unchanged;
   }
-  std::string pending;       // the text from offset_ on, not taken yet
-  std::size_t complete = 0;  // bytes of it that are whole lines
-  std::size_t offered = 0;   // bytes of it offered already
   std::uint64_t left = size - offset_;
-  // Room for the longest line and one chunk, so that growing the text never
-  // doubles it past that (pages not written are not taken from the system).
-  pending.reserve(static_cast<std::size_t>(std::min<std::uint64_t>(left, kMaxLineBytes + kChunk)) +
-                  tailBytes);
-  if (tailBytes != 0) {
-    pending.resize(tailBytes);
-    if (file.read(pending.data(), tailBytes) != tailBytes || pending != tail_)
-      return startingOver();
-    pending.clear();
+  // Room for the longest line and one chunk: the text never needs more. The
+  // bytes are not cleared before the file's bytes are read into them, and
+  // pages never written are not taken from the system.
+  const std::size_t room =
+      static_cast<std::size_t>(std::min<std::uint64_t>(left, kMaxLineBytes + kChunk)) + tailBytes;
+  const std::unique_ptr<char[]> buffer(new char[room]);
+  if (tailBytes != 0 && (file.read(buffer.get(), tailBytes) != tailBytes ||
+                         std::string_view(buffer.get(), tailBytes) != tail_)) {
+    return startingOver();
   }
+  // The text from offset_ on, not taken yet, is [start, end) of the buffer;
+  // `complete` bytes of it are whole lines and `offered` were offered.
+  std::size_t start = 0;
+  std::size_t end = 0;
+  std::size_t complete = 0;
+  std::size_t offered = 0;
   Update result = Update::unchanged;
   bool stopped = false;
   while (left > 0 && !stopped) {
-    const std::size_t held = pending.size();
     const std::size_t want = static_cast<std::size_t>(std::min<std::uint64_t>(kChunk, left));
-    pending.resize(held + want);
-    const std::size_t got = file.read(pending.data() + held, want);
-    pending.resize(held + got);
+    if (start != 0) {
+      // What was taken goes; the rest, an unfinished line as a rule, moves to
+      // the front, so that the same few pages serve the whole read.
+      std::memmove(buffer.get(), buffer.get() + start, end - start);
+      end -= start;
+      start = 0;
+    }
+    const std::size_t got = file.read(buffer.get() + end, want);
+    const std::string_view arrived(buffer.get() + end, got);
+    end += got;
     left = got < want ? 0 : left - got;
-    const std::size_t feed = std::string_view(pending).substr(held).rfind('\n');
-    if (feed != std::string_view::npos) complete = held + feed + 1;
+    const std::size_t feed = arrived.rfind('\n');
+    if (feed != std::string_view::npos) complete = end - got + feed + 1 - start;
 
     if (complete > offered) {
-      const Taken taken = take(std::string_view(pending).substr(0, complete));
+      const std::string_view text(buffer.get() + start, complete);
+      const Taken taken = take(text);
       const std::size_t bytes = std::min(taken.bytes, complete);
       if (bytes > 0) {
         result = Update::appended;
-        noteTaken(std::string_view(pending).substr(0, bytes));
-        pending.erase(0, bytes);
+        noteTaken(text.substr(0, bytes));
+        start += bytes;
         complete -= bytes;
       }
       offered = complete;
       stopped = taken.stop;
     }
-    if (!stopped && pending.size() > kMaxLineBytes) {
-      startDropping(offset_ + pending.size());
-      pending = std::string();
-      complete = offered = 0;
+    if (!stopped && end - start > kMaxLineBytes) {
+      startDropping(offset_ + (end - start));
+      start = end = complete = offered = 0;
       if (!dropUpToLineFeed(file, offset_, size) || !file.seek(offset_)) break;
       left = size - offset_;
     }
@@ -206,7 +217,7 @@ Update GrowingFile::offerNewText(InputFile& file, std::uint64_t size, std::size_
   if (stopped) {
     seenTo_ = lineStart_ = offset_;
   } else {
-    seenTo_ = dropping_ ? offset_ : offset_ + pending.size();
+    seenTo_ = dropping_ ? offset_ : offset_ + (end - start);
     lineStart_ = dropping_ ? offset_ : offset_ + complete;
   }
   return result;
