@@ -194,6 +194,8 @@ TEST_F(ResidualFile, UnreadableFiles) {
       {"header only", "0 3.0 1 TF K-E 0 0 4 STEADY TURBO\n", 2, ""},
       {"short header only", "1 5\n", 2, ""},
       {"header cut short", "0 3.0 1 TF K-E 0\n", 0, ""},
+      {"header without its application", "0 3.0 1 TF K-E 0 0 4 STEADY\n", 0,
+       "read:: string value not read !!!\n"},
       {"unknown module", "0 3.0 1 XYZ K-E 0 0 0 STEADY TURBO\n1 2 3\n", 0, "unkown module XYZ\n"},
       {"module in lower case", "0 3.0 1 tf K-E 0 0 0 STEADY TURBO\n", 0, "unkown module tf\n"},
       {"words", "hello residual world wide\n", 0, "unkown module wide\n"},
