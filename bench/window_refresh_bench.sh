@@ -23,15 +23,7 @@ rows=${1:-1000000}
 # temporary folder.
 source "$repo/tools/temporary_installation.sh"
 
-case_folder=$work/case
-"$solver" --out "$case_folder" --steady --iterations 1000 --stamp "21/11/2026 14:05:09" >/dev/null
-# The solver's own rows, then rows in its format up to ROWS.
-awk -v rows="$rows" '{ print } END {
-  for (i = 1001; i <= rows; i++)
-    printf "%d %.2f %.4e %.4e %.4e %.4e %.4e %.4e\n", i, i * 0.41, 1e-7 * (1 + 0.3 * sin(i * 0.01)),
-      9e-8, 8e-8, 8e-8, 1e-7, 1e-7
-}' "$case_folder/ship.res" > "$case_folder/ship.res.long"
-mv "$case_folder/ship.res.long" "$case_folder/ship.res"
+source "$repo/bench/long_marine_case.sh"
 
 root=$work/apps/dune_marine71
 echo "set res {$case_folder/ship.res}" >> "$root/_tcl/_monitorTurbo/_monitorMarine/itf_init.tcl"

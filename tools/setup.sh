@@ -10,6 +10,7 @@ packages=(
   tix-dev blt-dev          # Tix 8.4.3 and BLT 2.5
   libgtest-dev             # unit and end-to-end tests
   libbenchmark-dev         # benchmarks in bench/
+  gnuplot-nox time         # the comparison and the timing of bench/window_open_bench.sh
   clang libclang-rt-14-dev # the libFuzzer harnesses in fuzz/
   xvfb xauth               # virtual display for the end-to-end tests and the demo
   x11-apps netpbm          # screenshots of the windows (xwd, then xwdtopnm and pnmtopng)

@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "app/common_commands.h"
+#include "marine/commands/curve_sources.h"
 #include "marine/commands/marine_command_set.h"
 #include "marine/monitor_marine.h"
 #include "marine/script_hooks.h"
@@ -10,6 +11,7 @@
 #include "platform/system_services.h"
 #include "script/monitor_session.h"
 #include "script/plot_commands.h"
+#include "turbo/commands/curve_sources.h"
 #include "turbo/commands/turbo_command_set.h"
 #include "turbo/curve_names.h"
 #include "turbo/monitor.h"
@@ -77,7 +79,8 @@ int runMonitor(int argc, char** argv) {
   if (mode == MonitorMode::marine) {
     session = new MonitorSessionH(argc, argv, scriptEnvironment(environment));
     marine::setScriptEvaluator(new SessionScriptEvaluator);
-    new marine::MonitorMarine(arguments, marine::MonitorMarine::preferencesPathFor(environment.TMP_DIR));
+    new marine::MonitorMarine(arguments,
+                              marine::MonitorMarine::preferencesPathFor(environment.TMP_DIR));
     marine::registerMarineCommands();
   } else {
     turbo::buildCurveNameTables();
@@ -86,7 +89,9 @@ int runMonitor(int argc, char** argv) {
     turbo::registerTurboCommands();
   }
   registerCommonCommands();
-  registerPlotCommands(session->interp().interp());
+  registerPlotCommands(session->interp().interp(), mode == MonitorMode::marine
+                                                       ? marine::curveSources()
+                                                       : turbo::curveSources());
   sourceStartupScript(mode, environment);
   session->runMainLoop();
   return 1;

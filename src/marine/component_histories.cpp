@@ -39,7 +39,8 @@ bool ComponentHistories::store(Component component, double time, int index, doub
   }
   std::vector<std::vector<double>>& series = force ? forceSeries_ : momentSeries_;
   if (index < 0 || index >= static_cast<int>(series.size())) {
-    platform::consoleLine(std::string(owner_) + (force ? "::readForces" : "::readMoments") + " wrong index");
+    platform::consoleLine(std::string(owner_) + (force ? "::readForces" : "::readMoments") +
+                          " wrong index");
     return false;
   }
   series[static_cast<std::size_t>(index)].push_back(value);
@@ -57,10 +58,21 @@ const std::vector<double>* ComponentHistories::history(Component component, int 
   return series < 0 ? nullptr : &all[static_cast<std::size_t>(series)];
 }
 
+const std::vector<double>* ComponentHistories::convergedSeries(Component component,
+                                                               int quantity) const {
+  if (quantity < 0 || quantity >= kQuantities) return nullptr;
+  const bool force = component == Component::force;
+  const int series = (force ? forceSeriesOf_ : momentSeriesOf_)[static_cast<std::size_t>(quantity)];
+  const auto& all = force ? forceSeries_ : momentSeries_;
+  return series < 0 || series >= static_cast<int>(all.size())
+             ? nullptr
+             : &all[static_cast<std::size_t>(series)];
+}
+
 double ComponentHistories::getElement(Component component, std::string_view operation,
                                       std::string_view name, long long element) const {
-  const std::string prefix = "Error in " + std::string(owner_) + "::" + std::string(operation) + "! Curve '" +
-                             std::string(name) + "'";
+  const std::string prefix = "Error in " + std::string(owner_) + "::" + std::string(operation) +
+                             "! Curve '" + std::string(name) + "'";
   const std::optional<int> quantity =
       component == Component::force ? indexIn(kForceNames, name) : indexIn(kMomentNames, name);
   if (!quantity) {
@@ -100,8 +112,8 @@ double ComponentHistories::getConv(Component component, int quantity, long long 
   }
   const std::vector<double>& values = all[static_cast<std::size_t>(series)];
   if (step < 0 || static_cast<std::size_t>(step) >= values.size()) {
-    platform::consoleLine(prefix + " wrong iteration number " + text(step) + " (n = " +
-                          text(static_cast<long long>(values.size())) + ")");
+    platform::consoleLine(prefix + " wrong iteration number " + text(step) +
+                          " (n = " + text(static_cast<long long>(values.size())) + ")");
     return 0.0;
   }
   return values[static_cast<std::size_t>(step)];
@@ -134,7 +146,9 @@ int ComponentHistories::convLength(Component component, int quantity) const {
   return static_cast<int>(all[static_cast<std::size_t>(series)].size());
 }
 
-int ComponentHistories::getForceConvLength(int quantity) const { return convLength(Component::force, quantity); }
+int ComponentHistories::getForceConvLength(int quantity) const {
+  return convLength(Component::force, quantity);
+}
 
 int ComponentHistories::getMomentConvLength(int quantity) const {
   return convLength(Component::moment, quantity);
@@ -142,8 +156,9 @@ int ComponentHistories::getMomentConvLength(int quantity) const {
 
 int ComponentHistories::nbIterConv(Component component, int quantity) const {
   const bool force = component == Component::force;
-  const std::string prefix =
-      std::string(owner_) + (force ? "::nbIterForceConv" : "::nbIterMomentConv") + " (getter) wrong ";
+  const std::string prefix = std::string(owner_) +
+                             (force ? "::nbIterForceConv" : "::nbIterMomentConv") +
+                             " (getter) wrong ";
   if (quantity < 0 || quantity >= kQuantities) {
     platform::consoleLine(prefix + "index " + text(quantity));
     return 0;
@@ -157,13 +172,18 @@ int ComponentHistories::nbIterConv(Component component, int quantity) const {
   return static_cast<int>(all[static_cast<std::size_t>(series)].size());
 }
 
-int ComponentHistories::nbIterForceConv(int quantity) const { return nbIterConv(Component::force, quantity); }
+int ComponentHistories::nbIterForceConv(int quantity) const {
+  return nbIterConv(Component::force, quantity);
+}
 
-int ComponentHistories::nbIterMomentConv(int quantity) const { return nbIterConv(Component::moment, quantity); }
+int ComponentHistories::nbIterMomentConv(int quantity) const {
+  return nbIterConv(Component::moment, quantity);
+}
 
 int ComponentHistories::realTimesteps(Component component, std::string_view name) const {
   const bool force = component == Component::force;
-  const std::optional<int> quantity = force ? indexIn(kForceNames, name) : indexIn(kMomentNames, name);
+  const std::optional<int> quantity =
+      force ? indexIn(kForceNames, name) : indexIn(kMomentNames, name);
   const std::vector<double>* values = quantity ? history(component, *quantity) : nullptr;
   if (!quantity) {
     platform::consoleLine("Error in " + std::string(owner_) +

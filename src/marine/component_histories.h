@@ -32,7 +32,8 @@ class ComponentHistories {
   bool store(Component component, double time, int index, double value);
   void reserve(Component component, int index, std::size_t count) {
     if (index < 0 || index >= kComponentFiles) return;
-    (component == Component::force ? forces_ : moments_)[static_cast<std::size_t>(index)].reserve(count);
+    (component == Component::force ? forces_ : moments_)[static_cast<std::size_t>(index)].reserve(
+        count);
   }
 
   // One element of the history of a named quantity ("Fx", or "FxDyn" for the
@@ -55,6 +56,10 @@ class ComponentHistories {
   // of a plain quantity, the converged series of a "Dyn" quantity; null for
   // a quantity without either.
   const std::vector<double>* history(Component component, int quantity) const;
+
+  // The converged values per time step of a quantity; null for a quantity
+  // without them (any quantity of a steady run).
+  const std::vector<double>* convergedSeries(Component component, int quantity) const;
 
   // The scripts' current position on each force or moment quantity.
   CurrentIterations& currentIterations(Component component) {

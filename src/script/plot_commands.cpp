@@ -5,13 +5,16 @@
 #include <bltVector.h>
 
 #include <algorithm>
+#include <limits>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "fileformat/number_text.h"
-#include "script/curve_points.h"
+#include "plot/curve_fill.h"
+#include "plot/curve_points.h"
+#include "script/tcl_arg_stream.h"
 
 namespace {
 
@@ -19,11 +22,14 @@ namespace {
 struct CurveRegistry {
   std::map<std::string, plot::CurvePoints, std::less<>> curves;
   long long created = 0;
+  std::span<const CurveSourceRow> sources;
 };
 
 constexpr const char* kRegistryKey = "monitor_curve";
 
-CurveRegistry& registryOf(ClientData clientData) { return *static_cast<CurveRegistry*>(clientData); }
+CurveRegistry& registryOf(ClientData clientData) {
+  return *static_cast<CurveRegistry*>(clientData);
+}
 
 int fail(Tcl_Interp* interp, const std::string& message) {
   Tcl_SetObjResult(interp, Tcl_NewStringObj(message.c_str(), static_cast<int>(message.size())));
@@ -39,29 +45,10 @@ plot::CurvePoints* findCurve(Tcl_Interp* interp, CurveRegistry& registry, Tcl_Ob
   return &found->second;
 }
 
-// The numbers of a list. Plain decimal text is read without Tcl's number
-// parser, which costs more than the rest of a fetch; anything else goes
-// through Tcl and fails as Tcl says.
-bool readNumbers(Tcl_Interp* interp, Tcl_Obj* list, std::vector<double>& numbers) {
-  int count = 0;
-  Tcl_Obj** elements = nullptr;
-  if (Tcl_ListObjGetElements(interp, list, &count, &elements) != TCL_OK) return false;
-  numbers.resize(static_cast<std::size_t>(count));
-  for (int i = 0; i < count; ++i) {
-    int length = 0;
-    const char* text = Tcl_GetStringFromObj(elements[i], &length);
-    double& value = numbers[static_cast<std::size_t>(i)];
-    if (length == 0 || fileformat::parseLeadingDouble(std::string_view(text, static_cast<std::size_t>(length)),
-                                                      value) != static_cast<std::size_t>(length)) {
-      if (Tcl_GetDoubleFromObj(interp, elements[i], &value) != TCL_OK) return false;
-    }
-  }
-  return true;
-}
-
 Tcl_Obj* listOf(const double* values, std::size_t count) {
   Tcl_Obj* list = Tcl_NewListObj(0, nullptr);
-  for (std::size_t i = 0; i < count; ++i) Tcl_ListObjAppendElement(nullptr, list, Tcl_NewDoubleObj(values[i]));
+  for (std::size_t i = 0; i < count; ++i)
+    Tcl_ListObjAppendElement(nullptr, list, Tcl_NewDoubleObj(values[i]));
   return list;
 }
 
@@ -70,18 +57,9 @@ int setVector(Tcl_Interp* interp, Tcl_Obj* name, const std::vector<double>& valu
   std::string text = Tcl_GetString(name);
   if (Blt_GetVector(interp, text.data(), &vector) != TCL_OK) return TCL_ERROR;
   // TCL_VOLATILE: BLT copies the values into storage of its own.
-  return Blt_ResetVector(vector, const_cast<double*>(values.data()), static_cast<int>(values.size()),
-                         static_cast<int>(values.size()), TCL_VOLATILE);
-}
-
-int appendPoints(Tcl_Interp* interp, plot::CurvePoints& curve, Tcl_Obj* xs, Tcl_Obj* ys) {
-  std::vector<double> x;
-  std::vector<double> y;
-  if (!readNumbers(interp, xs, x) || !readNumbers(interp, ys, y)) return TCL_ERROR;
-  if (x.size() != y.size()) return fail(interp, "the lists of abscissae and values differ in length");
-  curve.append(x, y);
-  Tcl_SetObjResult(interp, Tcl_NewWideIntObj(static_cast<Tcl_WideInt>(curve.size())));
-  return TCL_OK;
+  return Blt_ResetVector(vector, const_cast<double*>(values.data()),
+                         static_cast<int>(values.size()), static_cast<int>(values.size()),
+                         TCL_VOLATILE);
 }
 
 int thinPoints(Tcl_Interp* interp, const plot::CurvePoints& curve, Tcl_Obj* const objv[]) {
@@ -99,7 +77,8 @@ int thinPoints(Tcl_Interp* interp, const plot::CurvePoints& curve, Tcl_Obj* cons
   return TCL_OK;
 }
 
-int pointValues(Tcl_Interp* interp, const plot::CurvePoints& curve, Tcl_Obj* firstObj, Tcl_Obj* lastObj) {
+int pointValues(Tcl_Interp* interp, const plot::CurvePoints& curve, Tcl_Obj* firstObj,
+                Tcl_Obj* lastObj) {
   Tcl_WideInt first = 0;
   Tcl_WideInt last = 0;
   if (Tcl_GetWideIntFromObj(interp, firstObj, &first) != TCL_OK ||
@@ -110,37 +89,118 @@ int pointValues(Tcl_Interp* interp, const plot::CurvePoints& curve, Tcl_Obj* fir
   last = std::min<Tcl_WideInt>(last, size - 1);
   const std::size_t count = last >= first ? static_cast<std::size_t>(last - first + 1) : 0;
   const auto from = static_cast<std::size_t>(first);
-  Tcl_Obj* lists[] = {listOf(curve.x().data() + from, count), listOf(curve.y().data() + from, count)};
+  Tcl_Obj* lists[] = {listOf(curve.x().data() + from, count),
+                      listOf(curve.y().data() + from, count)};
   Tcl_SetObjResult(interp, Tcl_NewListObj(2, lists));
+  return TCL_OK;
+}
+
+std::size_t wordCount(std::string_view text) {
+  std::size_t words = 0;
+  bool inWord = false;
+  for (const char c : text) {
+    if (c != ' ' && !inWord) ++words;
+    inWord = c != ' ';
+  }
+  return words;
+}
+
+// The served curve that objv[0] (its kind) and the words after it name;
+// null after setting the script error.
+std::unique_ptr<plot::CurveSource> sourceNamed(Tcl_Interp* interp, const CurveRegistry& registry,
+                                               std::string_view usagePrefix, int objc,
+                                               Tcl_Obj* const objv[]) {
+  const std::string_view kind = Tcl_GetString(objv[0]);
+  const CurveSourceRow* row = nullptr;
+  std::string kinds;
+  for (const CurveSourceRow& candidate : registry.sources) {
+    if (candidate.name == kind) row = &candidate;
+    kinds += (kinds.empty() ? "" : ", ") + std::string(candidate.name);
+  }
+  if (row == nullptr) {
+    fail(interp, "unknown curve source \"" + std::string(kind) + "\": must be one of " + kinds);
+    return nullptr;
+  }
+  if (static_cast<std::size_t>(objc - 1) != wordCount(row->arguments)) {
+    fail(interp, "wrong # args: should be \"monitor_curve " + std::string(usagePrefix) +
+                     std::string(row->name) + " " + std::string(row->arguments) + "\"");
+    return nullptr;
+  }
+  std::vector<const char*> words;
+  for (int i = 1; i < objc; ++i) words.push_back(Tcl_GetString(objv[i]));
+  TclArgStream arguments(static_cast<int>(words.size()), words.data());
+  std::string complaint;
+  std::unique_ptr<plot::CurveSource> source = row->make(arguments, complaint);
+  if (source == nullptr) fail(interp, complaint);
+  return source;
+}
+
+int sourcePositions(Tcl_Interp* interp, const CurveRegistry& registry, int objc,
+                    Tcl_Obj* const objv[]) {
+  const std::unique_ptr<plot::CurveSource> source =
+      sourceNamed(interp, registry, "positions ", objc - 2, objv + 2);
+  if (source == nullptr) return TCL_ERROR;
+  Tcl_SetObjResult(interp, Tcl_NewWideIntObj(static_cast<Tcl_WideInt>(source->size())));
+  return TCL_OK;
+}
+
+// Checks everything before the first point is appended: a wrong request
+// leaves the curve as it was.
+int fillFromSource(Tcl_Interp* interp, const CurveRegistry& registry, plot::CurvePoints& curve,
+                   int objc, Tcl_Obj* const objv[]) {
+  Tcl_WideInt first = 0;
+  Tcl_WideInt last = 0;
+  if (Tcl_GetWideIntFromObj(interp, objv[3], &first) != TCL_OK ||
+      Tcl_GetWideIntFromObj(interp, objv[4], &last) != TCL_OK)
+    return TCL_ERROR;
+  const std::unique_ptr<plot::CurveSource> source =
+      sourceNamed(interp, registry, "fill curve first last ", objc - 5, objv + 5);
+  if (source == nullptr) return TCL_ERROR;
+  const auto size = static_cast<Tcl_WideInt>(source->size());
+  if (first < 0 || last < first - 1 || last >= size) {
+    return fail(interp, "positions " + std::to_string(first) + ".." + std::to_string(last) +
+                            " are outside the curve, which has " + std::to_string(size) +
+                            " positions");
+  }
+  const plot::FillOutcome outcome = plot::fill(*source, static_cast<std::size_t>(first),
+                                               static_cast<std::size_t>(last + 1), curve);
+  Tcl_Obj* answer[] = {Tcl_NewWideIntObj(static_cast<Tcl_WideInt>(outcome.appended)),
+                       Tcl_NewWideIntObj(static_cast<Tcl_WideInt>(outcome.trailingMissingFrom))};
+  Tcl_SetObjResult(interp, Tcl_NewListObj(2, answer));
   return TCL_OK;
 }
 
 int statistics(Tcl_Interp* interp, const plot::CurvePoints& curve, Tcl_Obj* lastCountObj) {
   Tcl_WideInt lastCount = 0;
   if (Tcl_GetWideIntFromObj(interp, lastCountObj, &lastCount) != TCL_OK) return TCL_ERROR;
-  const plot::SeriesStatistics found = curve.statisticsOfLast(lastCount > 0 ? static_cast<std::size_t>(lastCount) : 0);
-  Tcl_Obj* values[] = {Tcl_NewWideIntObj(static_cast<Tcl_WideInt>(found.count)), Tcl_NewDoubleObj(found.mean),
-                       Tcl_NewDoubleObj(found.standardDeviation), Tcl_NewDoubleObj(found.minimum),
-                       Tcl_NewDoubleObj(found.maximum)};
+  const plot::SeriesStatistics found =
+      curve.statisticsOfLast(lastCount > 0 ? static_cast<std::size_t>(lastCount) : 0);
+  Tcl_Obj* values[] = {Tcl_NewWideIntObj(static_cast<Tcl_WideInt>(found.count)),
+                       Tcl_NewDoubleObj(found.mean), Tcl_NewDoubleObj(found.standardDeviation),
+                       Tcl_NewDoubleObj(found.minimum), Tcl_NewDoubleObj(found.maximum)};
   Tcl_SetObjResult(interp, Tcl_NewListObj(5, values));
   return TCL_OK;
 }
 
 struct Subcommand {
   std::string_view name;
-  int arguments;  // after the curve's name
+  int fewestWords;  // of the whole command, its name included
+  int mostWords;
   const char* usage;
 };
 
+constexpr int kAnyNumber = std::numeric_limits<int>::max();
+
 constexpr Subcommand kSubcommands[] = {
-    {"new", -1, "new"},
-    {"delete", 0, "delete curve"},
-    {"append", 2, "append curve xs ys"},
-    {"length", 0, "length curve"},
-    {"truncate", 1, "truncate curve count"},
-    {"values", 2, "values curve first last"},
-    {"thin", 5, "thin curve xOut yOut xMin xMax columns"},
-    {"statistics", 1, "statistics curve lastCount"},
+    {"new", 2, 2, "new"},
+    {"positions", 3, kAnyNumber, "positions source ?argument ...?"},
+    {"fill", 6, kAnyNumber, "fill curve first last source ?argument ...?"},
+    {"delete", 3, 3, "delete curve"},
+    {"length", 3, 3, "length curve"},
+    {"truncate", 4, 4, "truncate curve count"},
+    {"values", 5, 5, "values curve first last"},
+    {"thin", 8, 8, "thin curve xOut yOut xMin xMax columns"},
+    {"statistics", 4, 4, "statistics curve lastCount"},
 };
 
 int curveCommand(ClientData clientData, Tcl_Interp* interp, int objc, Tcl_Obj* const objv[]) {
@@ -150,9 +210,13 @@ int curveCommand(ClientData clientData, Tcl_Interp* interp, int objc, Tcl_Obj* c
   for (const Subcommand& candidate : kSubcommands)
     if (candidate.name == name) subcommand = &candidate;
   if (subcommand == nullptr)
-    return fail(interp, "usage: monitor_curve new|delete|append|length|truncate|values|thin|statistics ...");
-  const int expected = subcommand->arguments < 0 ? 2 : subcommand->arguments + 3;
-  if (objc != expected) return fail(interp, std::string("wrong # args: should be \"monitor_curve ") + subcommand->usage + "\"");
+    return fail(interp,
+                "usage: monitor_curve "
+                "new|positions|fill|delete|length|truncate|values|thin|statistics ...");
+  if (objc < subcommand->fewestWords || objc > subcommand->mostWords)
+    return fail(interp,
+                std::string("wrong # args: should be \"monitor_curve ") + subcommand->usage + "\"");
+  if (name == "positions") return sourcePositions(interp, registry, objc, objv);
   if (name == "new") {
     const std::string created = "curve" + std::to_string(++registry.created);
     registry.curves.emplace(created, plot::CurvePoints{});
@@ -165,7 +229,7 @@ int curveCommand(ClientData clientData, Tcl_Interp* interp, int objc, Tcl_Obj* c
     registry.curves.erase(std::string(Tcl_GetString(objv[2])));
     return TCL_OK;
   }
-  if (name == "append") return appendPoints(interp, *curve, objv[3], objv[4]);
+  if (name == "fill") return fillFromSource(interp, registry, *curve, objc, objv);
   if (name == "length") {
     Tcl_SetObjResult(interp, Tcl_NewWideIntObj(static_cast<Tcl_WideInt>(curve->size())));
     return TCL_OK;
@@ -181,12 +245,15 @@ int curveCommand(ClientData clientData, Tcl_Interp* interp, int objc, Tcl_Obj* c
   return statistics(interp, *curve, objv[3]);
 }
 
-void deleteRegistry(ClientData clientData, Tcl_Interp*) { delete static_cast<CurveRegistry*>(clientData); }
+void deleteRegistry(ClientData clientData, Tcl_Interp*) {
+  delete static_cast<CurveRegistry*>(clientData);
+}
 
 }  // namespace
 
-void registerPlotCommands(Tcl_Interp* interp) {
+void registerPlotCommands(Tcl_Interp* interp, std::span<const CurveSourceRow> sources) {
   auto* registry = new CurveRegistry;
+  registry->sources = sources;
   Tcl_SetAssocData(interp, kRegistryKey, deleteRegistry, registry);
   Tcl_CreateObjCommand(interp, "monitor_curve", curveCommand, registry, nullptr);
 }

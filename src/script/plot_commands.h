@@ -1,11 +1,23 @@
 // The command that the window scripts keep their curves in. The scripts fill
-// it with what they fetched through the monitor's data commands; it reaches
-// no data of its own.
+// it from the model in bulk, a range of positions of a served curve in one
+// call, carried as numbers.
 //
 //   monitor_curve new                    a new, empty curve; answers its name
+//   monitor_curve positions source ?argument ...?
+//                                        the number of positions of the
+//                                        served curve `source` names (see
+//                                        the mode's table of curve sources)
+//   monitor_curve fill curve first last source ?argument ...?
+//                                        appends the points of positions
+//                                        first..last of the served curve,
+//                                        leaving out the missing ones;
+//                                        answers {appended trailingMissing}:
+//                                        the points appended and the first
+//                                        position of the missing points that
+//                                        end the range (-1 when none do).
+//                                        Nothing is appended when the
+//                                        arguments are wrong.
 //   monitor_curve delete curve
-//   monitor_curve append curve xs ys     appends the pairs of two lists of
-//                                        numbers of the same length
 //   monitor_curve length curve
 //   monitor_curve truncate curve count   keeps the first count points
 //   monitor_curve values curve first last
@@ -22,6 +34,12 @@
 //                                        (all of them for 0)
 #pragma once
 
+#include <span>
+
+#include "script/curve_source_row.h"
+
 struct Tcl_Interp;
 
-void registerPlotCommands(Tcl_Interp* interp);
+// `sources` lists the kinds of curves the mode serves; it must outlive the
+// interpreter.
+void registerPlotCommands(Tcl_Interp* interp, std::span<const CurveSourceRow> sources);

@@ -151,41 +151,41 @@ proc ::turbowin::structureOf {project} {
     return [list [itf_get_nbBlock $project] [itf_get_current_mode]]
 }
 
-# The equations of a project, as {label rmsCommand maxCommand} where each
-# command is the prefix that reads one point when given the project, block and
-# record: the code commands for the named equations, the harmonic command
-# for the extra equations (species and harmonics share their positions).
+# The equations of a project, as {label rmsCurve maxCurve} where each curve
+# is the start of a curve source, completed by the project and block: a block
+# residual by its code for the named equations, a harmonic residual for the
+# extra equations (species and harmonics share their positions).
 proc ::turbowin::equations {project} {
     variable flowCodes
     itf_set_current_project $project
     lassign [itf_get_current_mode] module turbulence extra1 extra2 names
     set equations {}
     foreach {name codes} $flowCodes {
-        lappend equations [list $name [list itf_get_curve_block_value [lindex $codes 0]] \
-                               [list itf_get_curve_block_value [lindex $codes 1]]]
+        lappend equations [list $name [list block [lindex $codes 0]] \
+                               [list block [lindex $codes 1]]]
     }
     if {$module eq "TF"} {
-        lappend equations [list bladeForce {itf_get_curve_block_value 16} {itf_get_curve_block_value 18}]
+        lappend equations [list bladeForce {block 16} {block 18}]
     }
     switch -- $turbulence {
         K-E {
-            lappend equations {k {itf_get_curve_block_value 17} {itf_get_curve_block_value 19}}
-            lappend equations {eps {itf_get_curve_block_value 20} {itf_get_curve_block_value 21}}
+            lappend equations {k {block 17} {block 19}}
+            lappend equations {eps {block 20} {block 21}}
         }
         K-O {
-            lappend equations {k {itf_get_curve_block_value 17} {itf_get_curve_block_value 19}}
-            lappend equations {omega {itf_get_curve_block_value 20} {itf_get_curve_block_value 21}}
+            lappend equations {k {block 17} {block 19}}
+            lappend equations {omega {block 20} {block 21}}
         }
         SPL-ALM {
-            lappend equations {nu {itf_get_curve_block_value 38} {itf_get_curve_block_value 39}}
+            lappend equations {nu {block 38} {block 39}}
         }
     }
     set h 0
     foreach name $names {
         incr h
         set code [expr {39 + 2 * $h}]
-        lappend equations [list $name [list itf_get_harmonic_curve_block_value $code rms] \
-                               [list itf_get_harmonic_curve_block_value $code max]]
+        lappend equations [list $name [list harmonic $code rms] \
+                               [list harmonic $code max]]
     }
     return $equations
 }
@@ -229,8 +229,7 @@ proc ::turbowin::addCurveItem {parent item text maker} {
 }
 
 proc ::turbowin::globalCurve {project code label} {
-    return [curves::create $label [list itf_get_curve_value $code $project] [list itf_get_nbIter $project] \
-        -project $project -bookmark [bookmark $project $code 0]]
+    return [curves::create $label [list global $project $code] -project $project -bookmark [bookmark $project $code 0]]
 }
 
 # Bookmark cells: row = code (globals) or 40 + 2 * equation (+1 for max),
@@ -239,25 +238,18 @@ proc ::turbowin::bookmark {project row column} {
     return [list [list itf_get_current_nbIter $row $column $project] [list itf_set_current_nbIter $row $column $project]]
 }
 
+# command: {block code} or {harmonic code prefix}, the equation's residual.
+# Block residuals are plotted as their change since the first record, so they
+# start at 0 and go negative as they fall.
 proc ::turbowin::residualCurve {project command block kind equation label} {
     set row [expr {40 + 2 * $equation + ($kind eq "max")}]
-    return [curves::create $label [list ::turbowin::residualPoint $command $project $block] [list itf_get_nbIter $project] \
-        -project $project -logScale 0 -bookmark [bookmark $project $row [expr {$block + 1}]]]
-}
-
-# Block residuals are plotted as their change since the first record (the
-# program's answer), so they start at 0 and go negative as they fall.
-proc ::turbowin::residualPoint {command project block record} {
-    lassign $command name code prefix
-    if {$name eq "itf_get_harmonic_curve_block_value"} {
-        return [itf_get_harmonic_curve_block_value $code $prefix $project $block $record]
-    }
-    return [itf_get_curve_block_value $code $project $block $record]
+    set source [list [lindex $command 0] $project {*}[lrange $command 1 end] $block]
+    return [curves::create $label $source -project $project -logScale 0 -bookmark [bookmark $project $row [expr {$block + 1}]]]
 }
 
 proc ::turbowin::abscissaTitle {id} {
     variable workUnit
-    if {[string match ::turbowin::bladePoint* [curves::get $id fetch]]} { return "x" }
+    if {[lindex [curves::source $id] 0] in {diagram profile}} { return "x" }
     return [expr {$workUnit ? "Work units" : "Iterations"}]
 }
 
@@ -294,17 +286,9 @@ proc ::turbowin::openBlade {path} {
     }
 }
 
+# kind: diagram or profile.
 proc ::turbowin::bladeCurve {kind path side label} {
-    set count [expr {$kind eq "profile" ? [list itf_get_prof_nbPts $path $side] : [list itf_get_nbPts $path $side]}]
-    return [curves::create $label [list ::turbowin::bladePoint $kind $path $side] $count -project $path]
-}
-
-proc ::turbowin::bladePoint {kind path side point} {
-    if {$kind eq "profile"} {
-        return [itf_get_prof_[string tolower $side]_value $path $point]
-    }
-    lassign [split $side _] name number
-    return [itf_get_[string tolower $name]_value $path [expr {$number - 1}] $point]
+    return [curves::create $label [list $kind $path $side] -project $path]
 }
 
 # --- Refresh ---------------------------------------------------------------

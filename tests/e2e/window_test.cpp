@@ -46,19 +46,78 @@ proc counts {label items} {
   foreach item $items { append line " [curves::length [::monwin::curveOfItem $item]]" }
   say $line
 }
+# The point commands that read position i of a curve source one at a time,
+# and that count its positions: what the window must hold, as they print it.
+proc pointOf {source i} {
+  set rest [lassign $source kind path]
+  switch -- $kind {
+    residual { return [itf_get_curve_value_KELP $path Resids 0 -1 {*}$rest $i] }
+    force - moment - motion {
+      lassign $rest b s q
+      if {$kind eq "motion"} { return [itf_get_curve_value_KELP $path Motions $b -1 $s $i] }
+      return [itf_get_curve_value_KELP $path [string totitle $kind]s $b $s $q $i]
+    }
+    convergedForce - convergedMoment {
+      lassign $rest b s q
+      return [list [expr {$i + 1}] [itf_get_[string tolower [string range $kind 9 end]]_conv_value $q $path $b $s $i]]
+    }
+    disk {
+      lassign $rest d q a
+      set x [expr {$a >= 0 ? [itf_get_disk_quantity_value $path $d $a $i] : $i + 1}]
+      return [list $x [itf_get_disk_quantity_value $path $d $q $i]]
+    }
+    extra {
+      lassign $rest q a
+      set x [expr {$a >= 0 ? [itm_get_extra_quantity_value $path $a $i] : $i + 1}]
+      return [list $x [itm_get_extra_quantity_value $path $q $i]]
+    }
+    custom { return [itm_get_custom_plot_point $path {*}$rest $i] }
+    global { return [itf_get_curve_value {*}$rest $path $i] }
+    block { lassign $rest code b; return [itf_get_curve_block_value $code $path $b $i] }
+    harmonic { lassign $rest code prefix b; return [itf_get_harmonic_curve_block_value $code $prefix $path $b $i] }
+    diagram {
+      lassign [split $rest _] side number
+      return [itf_get_[string tolower $side]_value $path [expr {$number - 1}] $i]
+    }
+    profile { return [itf_get_prof_[string tolower $rest]_value $path $i] }
+  }
+}
+proc countOf {source} {
+  set rest [lassign $source kind path]
+  switch -- $kind {
+    residual { return [itf_get_nbIter_KELP $path] }
+    force - moment { return [itf_get_nbIter_${kind}_KELP $path {*}$rest] }
+    motion { return [itf_get_nbIter_motion_KELP $path [lindex $rest 0]] }
+    convergedForce - convergedMoment {
+      return [itf_get_[string tolower [string range $kind 9 end]]_conv_length $path {*}$rest]
+    }
+    disk { return [itf_get_disk_steps $path [lindex $rest 0]] }
+    extra { return [itm_get_extra_quantity_capacity $path [lindex $rest 0]] }
+    custom { return [itm_get_custom_plot_points_no $path {*}$rest] }
+    global - block - harmonic { return [itf_get_nbIter $path] }
+    diagram { return [itf_get_nbPts $path $rest] }
+    profile { return [itf_get_prof_nbPts $path $rest] }
+  }
+}
+# Every shown curve holds what the point commands give, point for point, to
+# the digits they print, and counts as many positions.
 proc exact {} {
   foreach id [::monwin::shownCurves] {
+    set source [curves::source $id]
+    set count [countOf $source]
+    if {[monitor_curve positions {*}$source] != $count} { return "no: [curves::label $id] counts $count positions" }
     set xs {}
     set ys {}
-    set fetch [curves::get $id fetch]
-    for {set i 0} {$i < [{*}[curves::get $id count]]} {incr i} {
-      lassign [{*}$fetch $i] x y
+    for {set i 0} {$i < $count} {incr i} {
+      lassign [pointOf $source $i] x y
       if {abs($y) < 3.4e38} { lappend xs $x; lappend ys $y }
     }
     lassign [curves::values $id 0 [curves::length $id]] heldX heldY
     if {[llength $heldX] != [llength $xs]} { return "no: [curves::label $id] holds [llength $heldX] of [llength $xs]" }
     foreach x $xs y $ys hx $heldX hy $heldY {
-      if {$x != $hx || $y != $hy} { return "no: [curves::label $id] ($hx, $hy) for ($x, $y)" }
+      if {[format %.15g $x] ne [format %.15g $hx] || [format %.15g $y] ne [format %.15g $hy]} {
+        return "no: [curves::label $id] ($hx, $hy) for ($x, $y)"
+      }
     }
   }
   return yes
@@ -250,7 +309,7 @@ proc run {} {
   set ::turbowin::workUnit 1
   ::turbowin::applyWorkUnit
   ::liverefresh::waitIdle
-  say "work units: [curves::length [lindex [::monwin::shownCurves] 0]] points from [lindex [curves::values [lindex [::monwin::shownCurves] 0] 0 0] 0 0]; [[plotpanel::graph [::monwin::panel]] axis cget x -title]"
+  say "work units: [curves::length [lindex [::monwin::shownCurves] 0]] points from [format %.15g [lindex [curves::values [lindex [::monwin::shownCurves] 0] 0 0] 0 0]]; [[plotpanel::graph [::monwin::panel]] axis cget x -title]"
   rewrite 10
   refresh
   counts rewritten $items
@@ -285,7 +344,7 @@ proc run {} {
   set p [lindex $::marinewin::projects 0]
   set lengths [lmap id [::monwin::shownCurves] {curves::length $id}]
   set maximum [lindex [plotpanel::statistics [::monwin::panel] [lindex [::monwin::shownCurves] 0]] end]
-  say "opened: $::marinewin::projects; shown at once: [llength $lengths] curves of $lengths; largest ResU $maximum"
+  say "opened: $::marinewin::projects; shown at once: [llength $lengths] curves of $lengths; largest ResU [format %.15g $maximum]"
   set items {}
   foreach curve {{force 0 -1 0} {convforce 0 -1 0} {motion 0 0} {disk 0 0} {extra 1}} {
     lappend items [::marinewin::item $p {*}$curve]
@@ -331,7 +390,8 @@ runThenQuit itf_quit_command_KELP
 
 // Replaces the value of `column` (0-based, blank-separated) in the data row
 // of iteration `iteration` of a marine residual file.
-void setResidualValue(const fs::path& file, int iteration, std::size_t column, const std::string& value) {
+void setResidualValue(const fs::path& file, int iteration, std::size_t column,
+                      const std::string& value) {
   std::ifstream in(file);
   std::ostringstream edited;
   std::string line;
@@ -363,9 +423,10 @@ std::vector<std::string> said(const std::string& output) {
 TEST(MarineWindow, FollowsAGrowingRunThenOnlyTheNewRun) {
   Installation installation("dune_marine71");
   const fs::path caseFolder = installation.work() / "case";
-  installation.writeMarineScript("set solver {" MARINE_SOLVER "}\nset case {" + caseFolder.string() +
-                                 "}\nset windowScript {" MONITOR_TCL_DIR "/_monitorTurbo/_monitorMarine/itf_init.tcl}\n" +
-                                 kHelpers + kMarineScenario);
+  installation.writeMarineScript(
+      "set solver {" MARINE_SOLVER "}\nset case {" + caseFolder.string() +
+      "}\nset windowScript {" MONITOR_TCL_DIR "/_monitorTurbo/_monitorMarine/itf_init.tcl}\n" +
+      kHelpers + kMarineScenario);
   const RunResult result = installation.run();
   ASSERT_TRUE(result.exited) << result.output << result.errors;
   EXPECT_EQ(result.exitStatus, 1);
@@ -409,24 +470,26 @@ TEST(MarineWindow, OpensTheBundledExamplesFromTheStartupFolder) {
   // points the solver did not give.
   setResidualValue(folder / "ship.res", 3, 3, "1e39");
   setResidualValue(folder / "ship.res", 4, 4, "-1e40");
-  installation.writeMarineScript("set windowScript {" MONITOR_TCL_DIR "/_monitorTurbo/_monitorMarine/itf_init.tcl}\n" +
+  installation.writeMarineScript("set windowScript {" MONITOR_TCL_DIR
+                                 "/_monitorTurbo/_monitorMarine/itf_init.tcl}\n" +
                                  kHelpers + kBundledExamples);
-  const RunResult result = installation.run(RunOptions{}.withArguments({"-startupdir", folder.string()}));
+  const RunResult result =
+      installation.run(RunOptions{}.withArguments({"-startupdir", folder.string()}));
   ASSERT_TRUE(result.exited) << result.output << result.errors;
   EXPECT_EQ(result.exitStatus, 1);
   // The unsteady run: 60 iterations, 12 time steps (t = 0.05 to 0.6); the
   // steady one: 40 iterations, each writing a motion, disk and user row.
-  EXPECT_EQ(said(result.output),
-            (std::vector<std::string>{
-                "opened: ship.res; shown at once: 6 curves of 59 59 60 60 60 60; largest ResU 0.84867000579834",
-                "unsteady: 60 12 12 12 12",
-                "sqrt(t - 0.3): 35 of 60 points; read again: 0",
-                "steady residuals: 40 40",
-                "steady: 40 40 40 40",
-                "per time step: 0; x axis: Nonlinear Iterations",
-                "closed and opened again: 60 40",
-                "branches: p2 p3",
-            }))
+  EXPECT_EQ(said(result.output), (std::vector<std::string>{
+                                     "opened: ship.res; shown at once: 6 curves of 59 59 60 60 60 "
+                                     "60; largest ResU 0.84867000579834",
+                                     "unsteady: 60 12 12 12 12",
+                                     "sqrt(t - 0.3): 35 of 60 points; read again: 0",
+                                     "steady residuals: 40 40",
+                                     "steady: 40 40 40 40",
+                                     "per time step: 0; x axis: Nonlinear Iterations",
+                                     "closed and opened again: 60 40",
+                                     "branches: p2 p3",
+                                 }))
       << result.output << result.errors;
 }
 
@@ -437,30 +500,33 @@ TEST(TurbomachineryWindow, FollowsAGrowingFileThenItsRewrite) {
   for (const char* name : {"stage.res", "blade.diag", "blade.prof"})
     fs::copy_file(fs::path(MONITOR_EXAMPLES_DIR) / "turbo" / name, caseFolder / name);
   installation.writeTurboScript("set case {" + caseFolder.string() +
-                                "}\nset windowScript {" MONITOR_TCL_DIR "/_monitorTurbo/itf_init.tcl}\n" + kHelpers +
-                                kTurboScenario);
+                                "}\nset windowScript {" MONITOR_TCL_DIR
+                                "/_monitorTurbo/itf_init.tcl}\n" +
+                                kHelpers + kTurboScenario);
   const RunResult result = installation.run(RunOptions{}.withArguments(
-      {(caseFolder / "stage.res").string(), (caseFolder / "blade.diag").string(), (caseFolder / "blade.prof").string()}));
+      {(caseFolder / "stage.res").string(), (caseFolder / "blade.diag").string(),
+       (caseFolder / "blade.prof").string()}));
   ASSERT_TRUE(result.exited) << result.output << result.errors;
   EXPECT_EQ(result.exitStatus, 1);
   // Lift, rms of d in block 1, max of E in block 2, rms of species sp2 in
   // block 1, a diagram curve, a profile curve.
-  EXPECT_EQ(said(result.output),
-            (std::vector<std::string>{
-                "equations: d wx wy wz E k eps sp1 sp2",
-                "start: 300 300 300 300 40 60",
-                "x axis: Iterations",
-                "cut: 302 302 302 302 40 60",
-                "completed: 303 303 303 303 40 60",
-                "exact: yes",
-                "work units: 303 points from 1.26404404640198; Work units",
-                "rewritten: 10 10 10 10 40 60",
-                "exact: yes; status: stage.res: the file was written again; showing the new run",
-                "second file: 10 60",
-                "drawn: 60 10",
-                "branches: r1 b1 b2 r2; status: stage.res was named on the command line and stays open",
-                "branches: r1 b1 b2; projects: 1 {" + (caseFolder / "stage.res").string() + "} ",
-            }))
+  EXPECT_EQ(
+      said(result.output),
+      (std::vector<std::string>{
+          "equations: d wx wy wz E k eps sp1 sp2",
+          "start: 300 300 300 300 40 60",
+          "x axis: Iterations",
+          "cut: 302 302 302 302 40 60",
+          "completed: 303 303 303 303 40 60",
+          "exact: yes",
+          "work units: 303 points from 1.26404404640198; Work units",
+          "rewritten: 10 10 10 10 40 60",
+          "exact: yes; status: stage.res: the file was written again; showing the new run",
+          "second file: 10 60",
+          "drawn: 60 10",
+          "branches: r1 b1 b2 r2; status: stage.res was named on the command line and stays open",
+          "branches: r1 b1 b2; projects: 1 {" + (caseFolder / "stage.res").string() + "} ",
+      }))
       << result.output << result.errors;
 }
 

@@ -1,7 +1,8 @@
-// The points of a curve as the window holds them: what a plot keeps of them,
-// their statistics, and the script command over them with real BLT vectors.
+// The points of a curve as the window holds them: what a plot keeps of them
+// and their statistics.
+#include "plot/curve_points.h"
+
 #include <gtest/gtest.h>
-#include <tcl.h>
 
 #include <algorithm>
 #include <cmath>
@@ -9,11 +10,6 @@
 #include <random>
 #include <string>
 #include <vector>
-
-#include "script/curve_points.h"
-#include "script/plot_commands.h"
-
-extern "C" int Blt_Init(Tcl_Interp* interp);
 
 namespace {
 
@@ -33,9 +29,12 @@ plot::CurvePoints curveOf(const std::vector<double>& x, const std::vector<double
 
 // What a column keeps, found the plain way: its first, lowest, highest and
 // last point.
-std::vector<std::size_t> expectedColumn(const std::vector<double>& y, std::size_t begin, std::size_t end) {
-  const auto low = static_cast<std::size_t>(std::min_element(y.begin() + begin, y.begin() + end) - y.begin());
-  const auto high = static_cast<std::size_t>(std::max_element(y.begin() + begin, y.begin() + end) - y.begin());
+std::vector<std::size_t> expectedColumn(const std::vector<double>& y, std::size_t begin,
+                                        std::size_t end) {
+  const auto low =
+      static_cast<std::size_t>(std::min_element(y.begin() + begin, y.begin() + end) - y.begin());
+  const auto high =
+      static_cast<std::size_t>(std::max_element(y.begin() + begin, y.begin() + end) - y.begin());
   std::vector<std::size_t> kept{begin, std::min(low, high), std::max(low, high), end - 1};
   kept.erase(std::unique(kept.begin(), kept.end()), kept.end());
   return kept;
@@ -102,13 +101,17 @@ TEST(CurvePoints, TheBlockSummaryKeepsWhatAPlainScanKeeps) {
       while (from < n && !(x[from] == kept.x[k] && y[from] == kept.y[k])) ++from;
       ASSERT_LT(from, n) << "trial " << trial << " point " << k;
     }
-    const auto first = static_cast<std::size_t>(std::lower_bound(x.begin(), x.end(), std::max(low, x.front())) - x.begin());
-    const auto last = static_cast<std::size_t>(std::upper_bound(x.begin(), x.end(), std::min(high, x.back())) - x.begin());
+    const auto first = static_cast<std::size_t>(
+        std::lower_bound(x.begin(), x.end(), std::max(low, x.front())) - x.begin());
+    const auto last = static_cast<std::size_t>(
+        std::upper_bound(x.begin(), x.end(), std::min(high, x.back())) - x.begin());
     if (last <= first + 1) continue;
     const double globalHigh = *std::max_element(y.begin() + first, y.begin() + last);
     const double globalLow = *std::min_element(y.begin() + first, y.begin() + last);
-    EXPECT_NE(std::find(kept.y.begin(), kept.y.end(), globalHigh), kept.y.end()) << "trial " << trial;
-    EXPECT_NE(std::find(kept.y.begin(), kept.y.end(), globalLow), kept.y.end()) << "trial " << trial;
+    EXPECT_NE(std::find(kept.y.begin(), kept.y.end(), globalHigh), kept.y.end())
+        << "trial " << trial;
+    EXPECT_NE(std::find(kept.y.begin(), kept.y.end(), globalLow), kept.y.end())
+        << "trial " << trial;
   }
   // One column over everything: first, lowest, highest, last, as a scan finds them.
   const plot::ThinnedPoints one = curve.thin(-kInfinity, kInfinity, 1);
@@ -154,48 +157,6 @@ TEST(CurvePoints, StatisticsOfTheLastValues) {
   // A small oscillation on a large mean keeps its digits.
   const plot::CurvePoints offset = curveOf(iota(4), {1e9 + 1, 1e9 - 1, 1e9 + 1, 1e9 - 1});
   EXPECT_DOUBLE_EQ(offset.statisticsOfLast(0).standardDeviation, 1.0);
-}
-
-class MonitorCurveCommand : public ::testing::Test {
- protected:
-  void SetUp() override {
-    interp_ = Tcl_CreateInterp();
-    ASSERT_EQ(Blt_Init(interp_), TCL_OK) << Tcl_GetStringResult(interp_);
-    registerPlotCommands(interp_);
-  }
-  void TearDown() override { Tcl_DeleteInterp(interp_); }
-  std::string eval(const std::string& script) {
-    const int code = Tcl_Eval(interp_, script.c_str());
-    return (code == TCL_OK ? "" : "ERROR ") + std::string(Tcl_GetStringResult(interp_));
-  }
-  Tcl_Interp* interp_ = nullptr;
-};
-
-TEST_F(MonitorCurveCommand, HoldsThinsAndDescribesACurve) {
-  EXPECT_EQ(eval("set c [monitor_curve new]"), "curve1");
-  EXPECT_EQ(eval("monitor_curve append $c {1 2.5 3e2} {0.84867000579834 -1 1E-7}"), "3");
-  EXPECT_EQ(eval("monitor_curve values $c 0 end"), "ERROR expected integer but got \"end\"");
-  EXPECT_EQ(eval("monitor_curve values $c 1 99"), "{2.5 300.0} {-1.0 1e-7}");
-  EXPECT_EQ(eval("monitor_curve truncate $c 1; monitor_curve length $c"), "1");
-  EXPECT_EQ(eval("set xs {}; for {set i 0} {$i < 10000} {incr i} {lappend xs $i}; "
-                 "monitor_curve truncate $c 0; monitor_curve append $c $xs $xs"),
-            "10000");
-  EXPECT_EQ(eval("blt::vector create xo yo; monitor_curve thin $c xo yo -Inf Inf 100"), "200");
-  EXPECT_EQ(eval("list [xo index 0] [yo index end] [xo length]"), "0.0 9999.0 200");
-  EXPECT_EQ(eval("monitor_curve thin $c xo yo 10 20 100"), "13");
-  EXPECT_EQ(eval("monitor_curve statistics $c 2"), "2 9998.5 0.5 9998.0 9999.0");
-  EXPECT_EQ(eval("monitor_curve delete $c; monitor_curve length $c"), "ERROR no curve named \"curve1\"");
-}
-
-TEST_F(MonitorCurveCommand, BadArgumentsAreScriptErrors) {
-  eval("set c [monitor_curve new]");
-  EXPECT_EQ(eval("monitor_curve statistics $c"), "ERROR wrong # args: should be \"monitor_curve statistics curve lastCount\"");
-  EXPECT_EQ(eval("monitor_curve append $c {1 2} {3}"), "ERROR the lists of abscissae and values differ in length");
-  EXPECT_EQ(eval("monitor_curve append $c {1 x} {3 4}"), "ERROR expected floating-point number but got \"x\"");
-  EXPECT_EQ(eval("monitor_curve length $c"), "0");
-  EXPECT_EQ(eval("monitor_curve thin $c nothing nothing 0 1 2").rfind("ERROR ", 0), 0u);
-  EXPECT_EQ(eval("monitor_curve spin $c"),
-            "ERROR usage: monitor_curve new|delete|append|length|truncate|values|thin|statistics ...");
 }
 
 }  // namespace

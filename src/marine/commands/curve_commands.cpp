@@ -3,10 +3,10 @@
 #include <array>
 
 #include "marine/commands/command_support.h"
+#include "marine/commands/curve_abscissa.h"
 #include "marine/commands/marine_command_set.h"
 #include "script/arg_stream.h"
 #include "script/result_stream.h"
-#include "turbo/monitor.h"
 
 namespace marine {
 namespace {
@@ -59,24 +59,11 @@ const ComponentHistories* selectedOwner(const CurveRequest& request, const BodyO
              : nullptr;
 }
 
-// The abscissa of a body's curves: the iteration number in a steady run, the
-// physical time (from `times`) in an unsteady one; 0 past the end.
-void writeAbscissa(const CurveRequest& request, const BodyObject& body,
-                   const std::vector<double>& times, ResultStream& result) {
-  if (request.project.unsteady()) {
-    const double* time = elementAt(times, request.position);
-    result << sanitised(time == nullptr ? 0.0 : *time);
-    return;
-  }
-  const std::int32_t* iteration = elementAt(body.iterations(), request.position);
-  result << (iteration == nullptr ? 0 : *iteration);
-}
-
 void writeLoadPoint(const CurveRequest& request, Component component, ResultStream& result) {
   const BodyObject* body = selectedBody(request);
   const ComponentHistories* owner = selectedOwner(request, body);
   if (owner == nullptr) return;
-  writeAbscissa(request, *body, body->times(), result);
+  result << bodyAbscissa(request.project, *body, body->times(), request.position);
   const double value =
       component == Component::force
           ? owner->getForce(nameAt(kForceNames, request.variable), request.position)
@@ -96,7 +83,7 @@ void writeMotionPoint(const CurveRequest& request, ResultStream& result) {
   const BodyObject* body = selectedBody(request);
   if (body == nullptr) return;
   const MotionHistory& motion = body->motion();
-  writeAbscissa(request, *body, motion.times(), result);
+  result << bodyAbscissa(request.project, *body, motion.times(), request.position);
   const bool known = request.variable >= 0 &&
                      static_cast<std::size_t>(request.variable) < motion.columnNames().size();
   const double* value =
@@ -105,23 +92,13 @@ void writeMotionPoint(const CurveRequest& request, ResultStream& result) {
   result << sanitised(value == nullptr ? 0.0 : *value);
 }
 
-// Residual rows keep no time of their own: in physical time a residual
-// stands at the time of the same row of the first body.
 void writeResidualPoint(const CurveRequest& request, ResultStream& result) {
   const ResFileMarine& file = request.project.resFile();
   const bool held =
       request.position >= 0 && static_cast<std::size_t>(request.position) < file.recordCount();
-  if (turbo::workUnit == 0) {
-    result << (held ? file.record(static_cast<std::size_t>(request.position)).iterationNumber()
-                    : 0);
-  } else {
-    const std::vector<BodyObject>& bodies = request.project.bodies();
-    const double* time =
-        bodies.empty() ? nullptr : elementAt(bodies.front().times(), request.position);
-    result << sanitised(time == nullptr ? 0.0 : *time);
-  }
   const std::string_view name = nameAt(kResidualNames, request.variable);
-  result << sanitised(held ? file.record(static_cast<std::size_t>(request.position)).valueOf(name)
+  result << residualAbscissa(request.project, request.position)
+         << sanitised(held ? file.record(static_cast<std::size_t>(request.position)).valueOf(name)
                            : 0.0);
 }
 

@@ -306,64 +306,47 @@ proc ::marinewin::abscissaColumn {names} {
 }
 
 proc ::marinewin::residCurve {p r label} {
-    return [curves::create $label [list itf_get_curve_value_KELP $p Resids 0 -1 $r] [list itf_get_nbIter_KELP $p] \
+    return [curves::create $label [list residual $p $r] \
         -project $p -logScale 1 -bookmark [list [list itf_get_current_nbIter_KELP $r $p] [list itf_set_current_nbIter_KELP $r $p]]]
 }
 
+# kind: force or moment.
 proc ::marinewin::componentCurve {p kind b s index label} {
-    set category [expr {$kind eq "force" ? "Forces" : "Moments"}]
-    return [curves::create $label [list itf_get_curve_value_KELP $p $category $b $s $index] \
-        [list itf_get_nbIter_${kind}_KELP $p $b $s $index] -project $p \
+    return [curves::create $label [list $kind $p $b $s $index] -project $p \
         -bookmark [list [list itf_get_current_nbIter_${kind}_KELP $p $b $s $index] \
                        [list itf_set_current_nbIter_${kind}_KELP $p $b $s $index]]]
 }
 
 proc ::marinewin::convergedCurve {p kind b s index label} {
-    return [curves::create $label [list ::marinewin::convergedPoint $kind $index $p $b $s] \
-        [list itf_get_${kind}_conv_length $p $b $s $index] -project $p]
-}
-
-proc ::marinewin::convergedPoint {kind index p b s position} {
-    return [list [expr {$position + 1}] [itf_get_${kind}_conv_value $index $p $b $s $position]]
+    return [curves::create $label [list converged[string totitle $kind] $p $b $s $index] -project $p]
 }
 
 proc ::marinewin::motionCurve {p b m label} {
-    return [curves::create $label [list itf_get_curve_value_KELP $p Motions $b -1 $m] \
-        [list itf_get_nbIter_motion_KELP $p $b] -project $p \
+    return [curves::create $label [list motion $p $b $m] -project $p \
         -bookmark [list [list itf_get_current_nbIter_motion_KELP $p $b $m] [list itf_set_current_nbIter_motion_KELP $p $b $m]]]
 }
 
+# abscissa: a quantity of the same disk, or -1 for the step number.
 proc ::marinewin::diskCurve {p d q abscissa label} {
-    return [curves::create $label [list ::marinewin::diskPoint $p $d $q $abscissa] [list itf_get_disk_steps $p $d] -project $p]
+    return [curves::create $label [list disk $p $d $q $abscissa] -project $p]
 }
 
-proc ::marinewin::diskPoint {p d q abscissa step} {
-    set x [expr {$abscissa >= 0 ? [itf_get_disk_quantity_value $p $d $abscissa $step] : $step + 1}]
-    return [list $x [itf_get_disk_quantity_value $p $d $q $step]]
-}
-
+# abscissa: another user quantity, or -1 for the row number.
 proc ::marinewin::extraCurve {p q abscissa label} {
-    return [curves::create $label [list ::marinewin::extraPoint $p $q $abscissa] [list itm_get_extra_quantity_capacity $p $q] \
-        -project $p -bookmark [list [list itm_get_extra_quantity_iter $p $q] [list itm_set_extra_quantity_iter $p $q]]]
-}
-
-proc ::marinewin::extraPoint {p q abscissa row} {
-    set x [expr {$abscissa >= 0 ? [itm_get_extra_quantity_value $p $abscissa $row] : $row + 1}]
-    return [list $x [itm_get_extra_quantity_value $p $q $row]]
+    return [curves::create $label [list extra $p $q $abscissa] -project $p \
+        -bookmark [list [list itm_get_extra_quantity_iter $p $q] [list itm_set_extra_quantity_iter $p $q]]]
 }
 
 proc ::marinewin::customCurve {p k label} {
-    return [curves::create $label [list itm_get_custom_plot_point $p $k] [list itm_get_custom_plot_points_no $p $k] \
-        -project $p -recheckMissing 1]
+    return [curves::create $label [list custom $p $k] -project $p -recheckMissing 1]
 }
 
 proc ::marinewin::abscissaTitle {id} {
     set p [curves::project $id]
-    set fetch [curves::get $id fetch]
-    if {[lindex $fetch 0] eq "itf_get_curve_value_KELP" && [lindex $fetch 2] eq "Resids"} { return "Nonlinear Iterations" }
-    switch -- [lindex $fetch 0] {
-        ::marinewin::convergedPoint { return "Time step" }
-        ::marinewin::diskPoint - ::marinewin::extraPoint { return "" }
+    switch -- [lindex [curves::source $id] 0] {
+        residual { return "Nonlinear Iterations" }
+        convergedForce - convergedMoment { return "Time step" }
+        disk - extra { return "" }
     }
     return [get_KELP_stational_mode_KELP $p]
 }

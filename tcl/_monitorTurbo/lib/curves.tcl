@@ -1,6 +1,9 @@
-# Curves held by the window: the points of one quantity, fetched from the
-# monitor's data commands into a curve of the program's `monitor_curve`
-# command, which keeps them in contiguous arrays and thins them for drawing.
+# Curves held by the window: the points of one curve the program serves,
+# copied into a curve of the program's `monitor_curve` command, which keeps
+# them in contiguous arrays and thins them for drawing. A curve names what it
+# shows by a source, a kind and its arguments (`residual $path 0`, see the
+# mode's table of curve sources), and `monitor_curve fill` copies a range of
+# its positions in one call, as numbers.
 #
 # A curve is fetched incrementally: it remembers how many positions of the
 # model it has read, and each sync reads only the positions that the model has
@@ -9,40 +12,38 @@
 # back to 0 when it drops a run (a restarted or rewritten computation), which
 # tells the curve to forget what it holds instead of mixing two runs.
 #
-# Positions whose value is the program's mark for NaN and infinities (the
-# largest single-precision float, 3.40282346638529e+38 as the program prints
-# it), or not a number at all, are points the solver has not given; they are
-# left out. A curve created with -recheckMissing reads again the missing
-# positions at its end on later syncs, because the program fills them in once
-# their inputs arrive (custom plots over motions that lag behind the forces);
-# a missing point followed by a given one stays missing.
+# Positions whose value is NaN, infinite or the program's mark for them (the
+# largest single-precision float) are points the solver has not given; the
+# program leaves them out. A curve created with -recheckMissing reads again
+# the missing positions at its end on later syncs, because the program fills
+# them in once their inputs arrive (custom plots over motions that lag behind
+# the forces); a missing point followed by a given one stays missing.
 
 namespace eval ::curves {
     variable next 0
     variable curve
-    # Values at least this large are the program's mark for a missing value
-    # (just below the largest single-precision float, whatever the digits
-    # it is printed with).
-    variable missing 3.4028234e38
 }
 
 # Creates a curve and answers its id.
 #   label   text for legends, statistics and exports
-#   fetch   command prefix; called with a position, answers "x y" (or less
-#           than two words when the position cannot be read)
-#   count   command prefix answering the number of positions in the model
+#   source  the served curve: a kind of the mode's curve sources and its
+#           arguments
 # Options: -project path, -bookmark {getPrefix setPrefix} (get answers the
 # stored count, set is called with the new count), -recheckMissing 0|1,
 # -logScale 0|1 (the curve prefers a logarithmic value axis).
-proc ::curves::create {label fetch count args} {
+proc ::curves::create {label source args} {
     variable next
     variable curve
-    set id c[incr next]
     array set options {-project "" -bookmark {} -recheckMissing 0 -logScale 0}
-    array set options $args
+    foreach {option value} $args {
+        if {![info exists options($option)]} {
+            error "unknown option \"$option\": must be -project, -bookmark, -recheckMissing or -logScale"
+        }
+        set options($option) $value
+    }
+    set id c[incr next]
     set curve($id,label) $label
-    set curve($id,fetch) $fetch
-    set curve($id,count) $count
+    set curve($id,source) $source
     set curve($id,project) $options(-project)
     set curve($id,bookmark) $options(-bookmark)
     set curve($id,recheckMissing) $options(-recheckMissing)
@@ -74,6 +75,8 @@ proc ::curves::get {id field} {
 
 proc ::curves::label {id} { return [get $id label] }
 proc ::curves::project {id} { return [get $id project] }
+# The served curve: its kind, then its arguments.
+proc ::curves::source {id} { return [get $id source] }
 # The name of the curve's points in `monitor_curve`.
 proc ::curves::store {id} { return [get $id store] }
 proc ::curves::length {id} { return [monitor_curve length [get $id store]] }
@@ -107,8 +110,7 @@ proc ::curves::storeBookmark {id} {
 # set back below them, means a new run: the curve starts over.
 proc ::curves::pending {id} {
     variable curve
-    set available [{*}$curve($id,count)]
-    if {![string is integer -strict $available]} { set available 0 }
+    set available [monitor_curve positions {*}$curve($id,source)]
     set reset [expr {$available < $curve($id,fetched)}]
     if {!$reset && [llength $curve($id,bookmark)] == 2 && $curve($id,fetched) > 0} {
         set stored [{*}[lindex $curve($id,bookmark) 0]]
@@ -131,40 +133,15 @@ proc ::curves::recheckMissing {id} {
 # Reads at most `budget` of the pending positions and answers how many it read.
 proc ::curves::fetch {id budget} {
     variable curve
-    variable missing
     set from $curve($id,fetched)
-    set to [expr {$from + min($budget, [{*}$curve($id,count)] - $from)}]
-    set fetch $curve($id,fetch)
-    set xs {}
-    set ys {}
-    set firstMissing -1
-    for {set i $from} {$i < $to} {incr i} {
-        set point [{*}$fetch $i]
-        if {[llength $point] < 2} {
-            set to $i
-            break
-        }
-        lassign $point x y
-        # Not a number, infinite or the program's mark: a point not given.
-        if {[catch {expr {abs($x) < $missing && abs($y) < $missing}} given] || !$given} {
-            if {$firstMissing < 0} {
-                set firstMissing $i
-                set heldAtMissing [expr {[monitor_curve length $curve($id,store)] + [llength $ys]}]
-            }
-            continue
-        }
-        set firstMissing -1
-        lappend xs $x
-        lappend ys $y
-    }
-    if {[llength $xs] > 0} {
-        monitor_curve append $curve($id,store) $xs $ys
-        # Points before a given one are final, missing or not.
-        set curve($id,firstMissing) -1
-    }
-    if {$firstMissing >= 0 && $curve($id,firstMissing) < 0} {
-        set curve($id,firstMissing) $firstMissing
-        set curve($id,heldAtMissing) $heldAtMissing
+    set to [expr {$from + max(0, min($budget, [monitor_curve positions {*}$curve($id,source)] - $from))}]
+    if {$to == $from} { return 0 }
+    lassign [monitor_curve fill $curve($id,store) $from [expr {$to - 1}] {*}$curve($id,source)] appended trailingMissing
+    # Points before a given one are final, missing or not.
+    if {$appended > 0} { set curve($id,firstMissing) -1 }
+    if {$trailingMissing >= 0 && $curve($id,firstMissing) < 0} {
+        set curve($id,firstMissing) $trailingMissing
+        set curve($id,heldAtMissing) [monitor_curve length $curve($id,store)]
     }
     set curve($id,fetched) $to
     storeBookmark $id

@@ -13,8 +13,9 @@ namespace eval ::liverefresh {
     variable pumping ""
     variable queue {}
     variable sliceMs 40
-    # Points fetched between two looks at the clock.
-    variable chunk 2000
+    # Positions copied by one call between two looks at the clock: a few
+    # milliseconds of work.
+    variable chunk 250000
     # Set to 1 whenever every queued curve has been fetched (tests wait on it).
     variable idle 1
     # Command prefixes: update (answers 1 when the program read something new),

@@ -1,4 +1,4 @@
-#include "script/curve_points.h"
+#include "plot/curve_points.h"
 
 #include <algorithm>
 #include <cmath>
@@ -21,6 +21,14 @@ void CurvePoints::append(std::span<const double> x, std::span<const double> y) {
     y_.push_back(y[i]);
   }
   summariseFrom(before / kBlock);
+}
+
+void CurvePoints::reserveFor(std::size_t count) {
+  const std::size_t needed = x_.size() + count;
+  if (needed <= x_.capacity()) return;
+  const std::size_t capacity = std::max(needed, x_.capacity() + x_.capacity() / 2);
+  x_.reserve(capacity);
+  y_.reserve(capacity);
 }
 
 void CurvePoints::truncate(std::size_t count) {

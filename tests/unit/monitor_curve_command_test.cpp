@@ -1,0 +1,154 @@
+// The script command that holds the window's curves, with real BLT vectors
+// and a table of served curves of its own: filling in bulk, what it answers,
+// and every wrong request refused with a script error and the curve left as
+// it was.
+#include <gtest/gtest.h>
+#include <tcl.h>
+
+#include <array>
+#include <cmath>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "script/arg_stream.h"
+#include "script/plot_commands.h"
+
+extern "C" int Blt_Init(Tcl_Interp* interp);
+
+namespace {
+
+constexpr double kMark = 3.4028234663852886e38;
+
+// "ramp count": points (i, i). "table name": a fixed table with missing
+// points, under the name "fixed" only.
+std::unique_ptr<plot::CurveSource> ramp(ArgStream& arguments, std::string&) {
+  std::int64_t count = 0;
+  arguments >> count;
+  return plot::pointsByPosition(static_cast<std::size_t>(count), [](std::size_t i) {
+    return plot::Point{static_cast<double>(i), static_cast<double>(i)};
+  });
+}
+
+std::unique_ptr<plot::CurveSource> table(ArgStream& arguments, std::string& complaint) {
+  static const std::array<plot::Point, 6> kPoints{{{1, 0.5},
+                                                   {2, kMark},
+                                                   {3, 1e-7},
+                                                   {4, std::numeric_limits<double>::quiet_NaN()},
+                                                   {5, kMark},
+                                                   {6, kMark}}};
+  std::string name;
+  arguments.extractText(name, 100);
+  if (name != "fixed") {
+    complaint = "no table \"" + name + "\"";
+    return nullptr;
+  }
+  return plot::pointsByPosition(kPoints.size(), [](std::size_t i) { return kPoints[i]; });
+}
+
+constexpr std::array<CurveSourceRow, 2> kSources{
+    {{"ramp", "count", ramp}, {"table", "name", table}}};
+
+class MonitorCurveCommand : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    interp_ = Tcl_CreateInterp();
+    ASSERT_EQ(Blt_Init(interp_), TCL_OK) << Tcl_GetStringResult(interp_);
+    registerPlotCommands(interp_, kSources);
+  }
+  void TearDown() override { Tcl_DeleteInterp(interp_); }
+  std::string eval(const std::string& script) {
+    const int code = Tcl_Eval(interp_, script.c_str());
+    return (code == TCL_OK ? "" : "ERROR ") + std::string(Tcl_GetStringResult(interp_));
+  }
+  Tcl_Interp* interp_ = nullptr;
+};
+
+TEST_F(MonitorCurveCommand, HoldsThinsAndDescribesACurve) {
+  EXPECT_EQ(eval("set c [monitor_curve new]"), "curve1");
+  EXPECT_EQ(eval("monitor_curve positions ramp 3"), "3");
+  EXPECT_EQ(eval("monitor_curve fill $c 0 2 ramp 3"), "3 -1");
+  EXPECT_EQ(eval("monitor_curve values $c 0 end"), "ERROR expected integer but got \"end\"");
+  EXPECT_EQ(eval("monitor_curve values $c 1 99"), "{1.0 2.0} {1.0 2.0}");
+  EXPECT_EQ(eval("monitor_curve truncate $c 1; monitor_curve length $c"), "1");
+  EXPECT_EQ(eval("monitor_curve truncate $c 0; monitor_curve fill $c 0 9999 ramp 10000"),
+            "10000 -1");
+  EXPECT_EQ(eval("blt::vector create xo yo; monitor_curve thin $c xo yo -Inf Inf 100"), "200");
+  EXPECT_EQ(eval("list [xo index 0] [yo index end] [xo length]"), "0.0 9999.0 200");
+  EXPECT_EQ(eval("monitor_curve thin $c xo yo 10 20 100"), "13");
+  EXPECT_EQ(eval("monitor_curve statistics $c 2"), "2 9998.5 0.5 9998.0 9999.0");
+  EXPECT_EQ(eval("monitor_curve delete $c; monitor_curve length $c"),
+            "ERROR no curve named \"curve1\"");
+}
+
+// Ranges of the table {1 0.5} {2 mark} {3 1e-7} {4 NaN} {5 mark} {6 mark}.
+TEST_F(MonitorCurveCommand, FillLeavesOutMissingPointsAndTellsWhereTheLastOnesBegin) {
+  const struct {
+    const char* range;
+    const char* answer;
+    const char* values;
+  } cases[] = {
+      {"0 5", "2 3", "{1.0 3.0} {0.5 1e-7}"},
+      {"0 2", "2 -1", "{1.0 3.0} {0.5 1e-7}"},
+      {"1 1", "0 1", "{} {}"},
+      {"3 5", "0 3", "{} {}"},
+      {"4 3", "0 -1", "{} {}"},
+  };
+  for (const auto& c : cases) {
+    eval("set c [monitor_curve new]");
+    EXPECT_EQ(eval(std::string("monitor_curve fill $c ") + c.range + " table fixed"), c.answer)
+        << c.range;
+    EXPECT_EQ(eval("monitor_curve values $c 0 99"), c.values) << c.range;
+  }
+}
+
+TEST_F(MonitorCurveCommand, WrongRequestsAreScriptErrorsAndLeaveTheCurveAsItWas) {
+  eval("set c [monitor_curve new]; monitor_curve fill $c 0 1 ramp 5");
+  const struct {
+    const char* script;
+    const char* error;
+  } cases[] = {
+      {"monitor_curve statistics $c",
+       "wrong # args: should be \"monitor_curve statistics curve lastCount\""},
+      {"monitor_curve fill $c 0 1",
+       "wrong # args: should be \"monitor_curve fill curve first last source ?argument ...?\""},
+      {"monitor_curve positions",
+       "wrong # args: should be \"monitor_curve positions source ?argument ...?\""},
+      {"monitor_curve fill nothing 0 1 ramp 5", "no curve named \"nothing\""},
+      {"monitor_curve fill $c 0 x ramp 5", "expected integer but got \"x\""},
+      {"monitor_curve fill $c 0 1 spiral 5",
+       "unknown curve source \"spiral\": must be one of ramp, table"},
+      {"monitor_curve positions spiral",
+       "unknown curve source \"spiral\": must be one of ramp, table"},
+      {"monitor_curve fill $c 0 1 ramp",
+       "wrong # args: should be \"monitor_curve fill curve first last ramp count\""},
+      {"monitor_curve fill $c 0 1 ramp 5 6",
+       "wrong # args: should be \"monitor_curve fill curve first last ramp count\""},
+      {"monitor_curve positions table",
+       "wrong # args: should be \"monitor_curve positions table name\""},
+      {"monitor_curve fill $c 0 1 table loose", "no table \"loose\""},
+      {"monitor_curve positions table loose", "no table \"loose\""},
+      {"monitor_curve fill $c 3 5 ramp 5",
+       "positions 3..5 are outside the curve, which has 5 positions"},
+      {"monitor_curve fill $c -1 2 ramp 5",
+       "positions -1..2 are outside the curve, which has 5 positions"},
+      {"monitor_curve fill $c 3 1 ramp 5",
+       "positions 3..1 are outside the curve, which has 5 positions"},
+      {"monitor_curve fill $c 0 0 ramp 0",
+       "positions 0..0 are outside the curve, which has 0 positions"},
+      {"monitor_curve spin $c",
+       "usage: monitor_curve new|positions|fill|delete|length|truncate|values|thin|statistics ..."},
+      {"monitor_curve thin $c nothing nothing 0 1 2", nullptr},
+  };
+  for (const auto& c : cases) {
+    const std::string answer = eval(c.script);
+    if (c.error != nullptr) {
+      EXPECT_EQ(answer, std::string("ERROR ") + c.error) << c.script;
+    } else {
+      EXPECT_EQ(answer.rfind("ERROR ", 0), 0u) << c.script;
+    }
+    EXPECT_EQ(eval("monitor_curve values $c 0 99"), "{0.0 1.0} {0.0 1.0}") << c.script;
+  }
+}
+
+}  // namespace
