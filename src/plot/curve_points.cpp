@@ -26,7 +26,7 @@ void CurvePoints::append(std::span<const double> x, std::span<const double> y) {
 void CurvePoints::reserveFor(std::size_t count) {
   const std::size_t needed = x_.size() + count;
   if (needed <= x_.capacity()) return;
-  const std::size_t capacity = std::max(needed, x_.capacity() + x_.capacity() / 2);
+  const std::size_t capacity = std::max(needed + needed / 8, x_.capacity() + x_.capacity() / 2);
   x_.reserve(capacity);
   y_.reserve(capacity);
 }

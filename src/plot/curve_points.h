@@ -36,9 +36,10 @@ class CurvePoints {
 
   // Appends the pairs (x[i], y[i]); both spans have the same length.
   void append(std::span<const double> x, std::span<const double> y);
-  // Makes room for `count` more points: exactly as many when they are many
-  // (a long history read at once), half as many again as held when they are
-  // few (a refresh), so that neither wastes memory nor copies often.
+  // Makes room for `count` more points and an eighth more, or half as many
+  // again as held when that is more: a long history read at once is not
+  // copied as it comes in, nor at the refreshes that follow, and the room
+  // left unused costs address space, not memory.
   void reserveFor(std::size_t count);
   // Keeps the first `count` points.
   void truncate(std::size_t count);
