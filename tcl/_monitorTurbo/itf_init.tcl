@@ -10,7 +10,7 @@ namespace eval ::monitor {
     variable turboFolder [file dirname [file normalize [info script]]]
     variable library [file join $turboFolder lib]
 }
-foreach part {curves live_refresh plot_panel monitor_window} {
+foreach part {curves live_refresh plot_panel dashboard settings layout monitor_window} {
     source [file join $::monitor::library $part.tcl]
 }
 source [file join $::monitor::turboFolder turbo_window.tcl]

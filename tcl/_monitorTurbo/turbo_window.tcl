@@ -36,11 +36,15 @@ proc ::turbowin::open {residualFiles bladeFiles} {
     ::monwin::addExportEntries
     ::monwin::setXTitleCommand ::turbowin::abscissaTitle
     ::liverefresh::configure -update ::turbowin::update -afterUpdate ::turbowin::afterUpdate
+    layout::configure -computations ::turbowin::computations -node ::turbowin::nodeOf \
+        -firstview ::turbowin::firstView -open ::turbowin::openAndRead
+    set period [layout::start 5]
     itf_work_unit 0
     syncProjects
     foreach path $residualFiles { openResidualFile $path }
     foreach path $bladeFiles { openBlade $path }
-    ::monwin::start 5
+    ::monwin::start $period
+    layout::reportLoad
     ::liverefresh::refreshNow
 }
 
@@ -55,11 +59,39 @@ proc ::turbowin::commandLineBladeFiles {arguments} {
 }
 
 proc ::turbowin::askOpen {} {
-    foreach path [tk_getOpenFile -parent . -multiple 1 -title "Open residual file" \
-                      -filetypes {{"Residual files" .res} {"All files" *}}] {
-        openResidualFile $path
-    }
+    set paths [tk_getOpenFile -parent . -multiple 1 -title "Open residual file" -initialdir [layout::dialogFolder] \
+                   -filetypes {{"Residual files" .res} {"All files" *}}]
+    layout::noteDialogFolder $paths
+    foreach path $paths { openResidualFile $path }
     ::liverefresh::refreshNow
+}
+
+proc ::turbowin::openAndRead {path} {
+    openResidualFile $path
+    ::liverefresh::refreshNow
+}
+
+proc ::turbowin::computations {} {
+    variable projects
+    return $projects
+}
+
+proc ::turbowin::nodeOf {project} {
+    variable node
+    return $node($project)
+}
+
+# What a residual file shows when it is opened for the first time, one panel
+# each: the rms residuals of the flow equations of block 1, the global
+# quantities.
+proc ::turbowin::firstView {project} {
+    variable node
+    set tree [::monwin::tree]
+    set root $node($project)
+    set panels {}
+    if {[$tree exists $root/block/0/rms]} { lappend panels [lrange [$tree children $root/block/0/rms] 0 4] }
+    lappend panels [$tree children $root/globals]
+    return $panels
 }
 
 # Adds a residual file to the program's projects and to the tree.
@@ -76,10 +108,10 @@ proc ::turbowin::openResidualFile {path} {
 }
 
 proc ::turbowin::askOpenBlade {} {
-    foreach path [tk_getOpenFile -parent . -multiple 1 -title "Open diagram or profile" \
-                      -filetypes {{"Diagrams" .diag} {"Profiles" .prof} {"All files" *}}] {
-        openBlade $path
-    }
+    set paths [tk_getOpenFile -parent . -multiple 1 -title "Open diagram or profile" -initialdir [layout::dialogFolder] \
+                   -filetypes {{"Diagrams" .diag} {"Profiles" .prof} {"All files" *}}]
+    layout::noteDialogFolder $paths
+    foreach path $paths { openBlade $path }
     ::liverefresh::refreshNow
 }
 
@@ -102,11 +134,7 @@ proc ::turbowin::syncProjects {{added {}}} {
         $tree insert {} end -id $node($project) -text [file tail $project] -open 1
         rebuild $project
         itf_set_current_nbIter {*}$::turbowin::drawnCell $project 1
-        # Something to look at straight away: the flow equations of block 1.
-        if {[llength [$tree selection]] == 0 && [$tree exists $node($project)/block/0/rms]} {
-            $tree selection set [lrange [$tree children $node($project)/block/0/rms] 0 4]
-            ::monwin::selectionChanged
-        }
+        layout::opened $project
     }
 }
 
@@ -259,8 +287,8 @@ proc ::turbowin::applyWorkUnit {} {
     variable projects
     itf_work_unit $workUnit
     foreach project $projects { ::monwin::resetCurvesOf $project }
-    ::monwin::updateAxes
-    ::liverefresh::queueCurves [::monwin::shownCurves]
+    ::monwin::updateAllAxes
+    ::liverefresh::queueCurves [::monwin::allShownCurves]
 }
 
 # --- Blade files -----------------------------------------------------------

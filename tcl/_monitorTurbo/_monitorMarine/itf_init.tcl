@@ -9,7 +9,7 @@ namespace eval ::monitor {
     variable marineFolder [file dirname [file normalize [info script]]]
     variable library [file join [file dirname $marineFolder] lib]
 }
-foreach part {curves live_refresh plot_panel monitor_window} {
+foreach part {curves live_refresh plot_panel dashboard settings layout monitor_window} {
     source [file join $::monitor::library $part.tcl]
 }
 source [file join $::monitor::marineFolder marine_window.tcl]

@@ -36,8 +36,13 @@ proc ::marinewin::open {args} {
     ::monwin::setXTitleCommand ::marinewin::abscissaTitle
     buildFormulaArea
     ::liverefresh::configure -update itf_update_now_monitor_KELP -afterUpdate ::marinewin::afterUpdate
+    layout::configure -computations ::marinewin::computations -node ::marinewin::nodeOf \
+        -firstview ::marinewin::firstView -formulas ::marinewin::formulasOf -addformula ::marinewin::restoreFormula \
+        -open ::marinewin::openAndRead
+    set period [layout::start [get_preference Refresh 5]]
     foreach path $args { openComputation $path }
-    ::monwin::start [get_preference Refresh 5]
+    ::monwin::start $period
+    layout::reportLoad
     # The program reads the rows of a computation at its first refresh.
     ::liverefresh::refreshNow
 }
@@ -59,9 +64,15 @@ proc ::marinewin::commandLineComputations {arguments} {
 }
 
 proc ::marinewin::askOpen {} {
-    set paths [tk_getOpenFile -parent . -multiple 1 -title "Open computation" \
+    set paths [tk_getOpenFile -parent . -multiple 1 -title "Open computation" -initialdir [layout::dialogFolder] \
         -filetypes {{"Residual files" .res} {"All files" *}}]
+    layout::noteDialogFolder $paths
     foreach path $paths { openComputation $path }
+    ::liverefresh::refreshNow
+}
+
+proc ::marinewin::openAndRead {path} {
+    openComputation $path
     ::liverefresh::refreshNow
 }
 
@@ -87,15 +98,57 @@ proc ::marinewin::openComputation {path} {
     [::monwin::tree] insert {} end -id $node($project) -text [file tail $project] -open 1
     rebuild $project
     itf_set_current_nbIter_KELP $::marinewin::drawnSlot $project 1
-    # Something to look at straight away: the residuals of the first run.
-    set tree [::monwin::tree]
-    if {[llength [$tree selection]] == 0} {
-        $tree item $node($project)/resids -open 1
-        $tree selection set [$tree children $node($project)/resids]
-        ::monwin::selectionChanged
-    }
+    layout::opened $project
     ::monwin::setStatus "Opened $project"
     return $project
+}
+
+proc ::marinewin::computations {} {
+    variable projects
+    return $projects
+}
+
+proc ::marinewin::nodeOf {project} {
+    variable node
+    return $node($project)
+}
+
+# What a computation shows when it is opened for the first time, one panel
+# each: its residuals, the total force Fx of its first body with forces, the
+# motions of its first moving body.
+proc ::marinewin::firstView {project} {
+    variable node
+    set tree [::monwin::tree]
+    set root $node($project)
+    $tree item $root/resids -open 1
+    set panels [list [$tree children $root/resids]]
+    foreach body [$tree children $root/forces] {
+        foreach item [$tree children $body] {
+            if {[$tree item $item -text] eq "Fx"} {
+                lappend panels [list $item]
+                break
+            }
+        }
+        if {[llength $panels] > 1} break
+    }
+    if {[$tree exists $root/motions]} {
+        set moving [lindex [$tree children $root/motions] 0]
+        if {$moving ne ""} { lappend panels [$tree children $moving] }
+    }
+    return [lsearch -all -inline -not -exact $panels {}]
+}
+
+proc ::marinewin::formulasOf {project} {
+    set formulas {}
+    for {set k 0} {$k < [itm_get_custom_plots_no $project]} {incr k} {
+        lappend formulas [itm_get_custom_plot_formula $project $k]
+    }
+    return $formulas
+}
+
+# A kept custom plot, added again when its computation opens.
+proc ::marinewin::restoreFormula {project formula} {
+    if {[itm_add_custom_plot $project $formula] >= 0} { rebuild $project }
 }
 
 proc ::marinewin::closeSelected {} {
@@ -151,123 +204,135 @@ proc ::marinewin::structureOf {project} {
     return $shape
 }
 
+# Builds the computation's branch again, one sub-branch after the other.
 proc ::marinewin::rebuild {project} {
     variable node
     variable signature
-    set tree [::monwin::tree]
     set selected [::monwin::clearChildren $node($project)]
     set signature($project) [structureOf $project]
-    set root $node($project)
-    set p $project
+    foreach branch {residualBranch forceBranch motionBranch diskBranch userQuantityBranch customPlotBranch} {
+        $branch $project $node($project)
+    }
+    ::monwin::finishRebuild $selected
+    refreshVariables
+}
 
-    set branch [$tree insert $root end -id $root/resids -text "Residuals" -open 0]
+proc ::marinewin::residualBranch {p root} {
+    set branch [[::monwin::tree] insert $root end -id $root/resids -text "Residuals" -open 0]
     for {set r 0} {$r < [itf_get_resids_number_KELP]} {incr r} {
         lassign [itf_get_KELP_vars_resids $p $r] present name
         if {$present != 1} continue
         addCurveItem $branch [item $p resid $r] $name [list ::marinewin::residCurve $p $r "$name[projectLabel $p]"]
     }
+}
 
-    set bodies [get_number_of_bodies_KELP $p]
+# Forces and moments of each body, its sub-bodies under it; in unsteady runs
+# the same tree again for the converged values of each time step.
+proc ::marinewin::forceBranch {p root} {
+    set tree [::monwin::tree]
     set forces [presentComponents $p itf_get_KELP_vars_forces]
     set moments [presentComponents $p itf_get_KELP_vars_moments]
     set unsteady [is_unsteady_conv_available $p]
     set forceBranch [$tree insert $root end -id $root/forces -text "Forces and moments" -open 1]
     if {$unsteady} { set convBranch [$tree insert $root end -id $root/conv -text "Per time step" -open 0] }
-    for {set b 0} {$b < $bodies} {incr b} {
+    for {set b 0} {$b < [get_number_of_bodies_KELP $p]} {incr b} {
         if {![itf_has_forces $p $b]} continue
         set objects [list -1 [get_body_name_KELP $p $b]]
         for {set s 0} {$s < [get_sub_object_number_KELP $p $b]} {incr s} {
             lappend objects $s [get_subbody_name_KELP $p $b $s]
         }
-        set bodyItem $root/forces/$b
-        set convItem $root/conv/$b
         foreach {s name} $objects {
-            set parent $forceBranch
-            set convParent [expr {$unsteady ? $convBranch : ""}]
-            if {$s >= 0} {
-                set parent $bodyItem
-                set convParent [expr {$unsteady ? $convItem : ""}]
-            }
+            # A sub-body hangs under its body's item.
+            set parent [expr {$s < 0 ? $forceBranch : "$root/forces/$b/-1"}]
             set objectItem [$tree insert $parent end -id $root/forces/$b/$s -text $name -open 0]
-            if {$s < 0} { set bodyItem $objectItem }
-            foreach {kind components} [list force $forces moment $moments] {
-                foreach {index component} $components {
-                    addCurveItem $objectItem [item $p $kind $b $s $index] $component \
-                        [list ::marinewin::componentCurve $p $kind $b $s $index "$component $name[projectLabel $p]"]
-                }
-            }
-            if {$convParent eq ""} continue
-            set convObject [$tree insert $convParent end -id $root/conv/$b/$s -text $name -open 0]
-            if {$s < 0} { set convItem $convObject }
-            foreach {kind components} [list force $forces moment $moments] {
-                foreach {index component} [convergedComponents $components] {
-                    addCurveItem $convObject [item $p conv$kind $b $s $index] $component \
-                        [list ::marinewin::convergedCurve $p $kind $b $s $index "$component $name per time step[projectLabel $p]"]
-                }
-            }
+            componentItems $objectItem $p $b $s $name $forces $moments
+            if {!$unsteady} continue
+            set parent [expr {$s < 0 ? $convBranch : "$root/conv/$b/-1"}]
+            set convObject [$tree insert $parent end -id $root/conv/$b/$s -text $name -open 0]
+            convergedItems $convObject $p $b $s $name $forces $moments
         }
     }
+}
 
+proc ::marinewin::componentItems {parent p b s name forces moments} {
+    foreach {kind components} [list force $forces moment $moments] {
+        foreach {index component} $components {
+            addCurveItem $parent [item $p $kind $b $s $index] $component \
+                [list ::marinewin::componentCurve $p $kind $b $s $index "$component $name[projectLabel $p]"]
+        }
+    }
+}
+
+proc ::marinewin::convergedItems {parent p b s name forces moments} {
+    foreach {kind components} [list force $forces moment $moments] {
+        foreach {index component} [convergedComponents $components] {
+            addCurveItem $parent [item $p conv$kind $b $s $index] $component \
+                [list ::marinewin::convergedCurve $p $kind $b $s $index "$component $name per time step[projectLabel $p]"]
+        }
+    }
+}
+
+proc ::marinewin::motionBranch {p root} {
     set motions [itf_get_motions_number_KELP $p]
-    if {$motions > 0} {
-        set branch [$tree insert $root end -id $root/motions -text "Motions" -open 0]
-        for {set b 0} {$b < $bodies} {incr b} {
-            if {![itf_is_motion_used $p $b]} continue
-            set name [get_body_name_KELP $p $b]
-            set bodyItem [$tree insert $branch end -id $root/motions/$b -text $name]
-            for {set m 0} {$m < $motions} {incr m} {
-                lassign [itf_get_KELP_vars_motions $p $m] present motion
-                if {$present == 0} continue
-                addCurveItem $bodyItem [item $p motion $b $m] $motion \
-                    [list ::marinewin::motionCurve $p $b $m "$motion $name[projectLabel $p]"]
-            }
+    if {$motions == 0} return
+    set tree [::monwin::tree]
+    set branch [$tree insert $root end -id $root/motions -text "Motions" -open 0]
+    for {set b 0} {$b < [get_number_of_bodies_KELP $p]} {incr b} {
+        if {![itf_is_motion_used $p $b]} continue
+        set name [get_body_name_KELP $p $b]
+        set bodyItem [$tree insert $branch end -id $root/motions/$b -text $name]
+        for {set m 0} {$m < $motions} {incr m} {
+            lassign [itf_get_KELP_vars_motions $p $m] present motion
+            if {$present == 0} continue
+            addCurveItem $bodyItem [item $p motion $b $m] $motion \
+                [list ::marinewin::motionCurve $p $b $m "$motion $name[projectLabel $p]"]
         }
     }
+}
 
+proc ::marinewin::diskBranch {p root} {
     set disks [itf_get_disk_count $p]
-    if {$disks > 0} {
-        set branch [$tree insert $root end -id $root/disks -text "Actuator disks" -open 0]
-        for {set d 0} {$d < $disks} {incr d} {
-            set diskItem [$tree insert $branch end -id $root/disks/$d -text "Disk [expr {$d + 1}]"]
-            set names {}
-            for {set q 0} {$q < [itf_get_disk_quantity_count $p $d]} {incr q} {
-                lappend names [itf_get_disk_quantity_name $p $d $q]
-            }
-            set abscissa [abscissaColumn $names]
-            for {set q 0} {$q < [llength $names]} {incr q} {
-                if {$q == $abscissa} continue
-                set name [lindex $names $q]
-                addCurveItem $diskItem [item $p disk $d $q] $name \
-                    [list ::marinewin::diskCurve $p $d $q $abscissa "$name disk [expr {$d + 1}][projectLabel $p]"]
-            }
-        }
-    }
-
-    set extras [itm_get_number_of_extra_quantities $p]
-    if {$extras > 0} {
-        set branch [$tree insert $root end -id $root/extras -text "User quantities" -open 0]
+    if {$disks == 0} return
+    set tree [::monwin::tree]
+    set branch [$tree insert $root end -id $root/disks -text "Actuator disks" -open 0]
+    for {set d 0} {$d < $disks} {incr d} {
+        set diskItem [$tree insert $branch end -id $root/disks/$d -text "Disk [expr {$d + 1}]"]
         set names {}
-        for {set q 0} {$q < $extras} {incr q} { lappend names [itm_get_extra_quantity_name $p $q] }
+        for {set q 0} {$q < [itf_get_disk_quantity_count $p $d]} {incr q} {
+            lappend names [itf_get_disk_quantity_name $p $d $q]
+        }
         set abscissa [abscissaColumn $names]
-        for {set q 0} {$q < $extras} {incr q} {
+        for {set q 0} {$q < [llength $names]} {incr q} {
             if {$q == $abscissa} continue
-            set unit [itm_get_extra_quantity_unit $p $q]
-            set text [lindex $names $q]
-            if {$unit ne ""} { append text " \[$unit\]" }
-            addCurveItem $branch [item $p extra $q] $text \
-                [list ::marinewin::extraCurve $p $q $abscissa "$text[projectLabel $p]"]
+            set name [lindex $names $q]
+            addCurveItem $diskItem [item $p disk $d $q] $name \
+                [list ::marinewin::diskCurve $p $d $q $abscissa "$name disk [expr {$d + 1}][projectLabel $p]"]
         }
     }
+}
 
-    set plots [itm_get_custom_plots_no $p]
-    set branch [$tree insert $root end -id $root/custom -text "Custom plots" -open 1]
-    for {set k 0} {$k < $plots} {incr k} {
-        set formula [itm_get_custom_plot_formula $p $k]
-        addCurveItem $branch [item $p custom $k] $formula \
-            [list ::marinewin::customCurve $p $k "$formula[projectLabel $p]"]
+proc ::marinewin::userQuantityBranch {p root} {
+    set extras [itm_get_number_of_extra_quantities $p]
+    if {$extras == 0} return
+    set branch [[::monwin::tree] insert $root end -id $root/extras -text "User quantities" -open 0]
+    set names {}
+    for {set q 0} {$q < $extras} {incr q} { lappend names [itm_get_extra_quantity_name $p $q] }
+    set abscissa [abscissaColumn $names]
+    for {set q 0} {$q < $extras} {incr q} {
+        if {$q == $abscissa} continue
+        set unit [itm_get_extra_quantity_unit $p $q]
+        set text [lindex $names $q]
+        if {$unit ne ""} { append text " \[$unit\]" }
+        addCurveItem $branch [item $p extra $q] $text [list ::marinewin::extraCurve $p $q $abscissa "$text[projectLabel $p]"]
     }
-    ::monwin::finishRebuild $selected
-    refreshVariables
+}
+
+proc ::marinewin::customPlotBranch {p root} {
+    set branch [[::monwin::tree] insert $root end -id $root/custom -text "Custom plots" -open 1]
+    for {set k 0} {$k < [itm_get_custom_plots_no $p]} {incr k} {
+        set formula [itm_get_custom_plot_formula $p $k]
+        addCurveItem $branch [item $p custom $k] $formula [list ::marinewin::customCurve $p $k "$formula[projectLabel $p]"]
+    }
 }
 
 proc ::marinewin::addCurveItem {parent item text maker} {

@@ -1,10 +1,17 @@
 # A plot panel: one BLT graph with its tool bar, a readout of the point under
 # the pointer, and a table of statistics of the shown curves.
 #
-#   left button: two clicks frame a zoom (BLT's zoom stack); right button or
-#   "Unzoom" goes back one zoom; "Full view" empties the stack
+#   left button: the first click sets a corner, a dashed outline follows the
+#   pointer, the second click zooms into the framed area; each zoom keeps the
+#   limits it left on the panel's own stack
+#   right button or "Unzoom": back one zoom (everything when there is none)
+#   Escape or "Full view": everything, the stack emptied
 #   middle button: drag to pan
 #   pointer: crosshair and the nearest point of any curve in the readout
+#
+# Panels can be linked: the -viewcommand of a panel hears of every x range the
+# user gives it, and `setXRange` gives another panel that range without
+# calling its own -viewcommand, so linked panels do not echo each other.
 #
 # The graph draws thinned copies of the curves (`monitor_curve thin` keeps the
 # first, lowest, highest and last point of each pixel column of the visible
@@ -12,15 +19,45 @@
 # thousand. Statistics and exports use the full curves.
 
 namespace eval ::plotpanel {
+    # panel($w,field): the state of each panel; panel($w,stack) is its zoom
+    # stack, a list of {xmin xmax ymin ymax} as they were configured before
+    # each zoom ("" for automatic); panel($w,corner) the first corner of a
+    # frame being drawn, in data units.
     variable panel
+    # The panel that draws into each curve vector.
+    variable vectorOwner
     variable redrawEveryMs 300
     variable palette {#1f77b4 #d62728 #2ca02c #ff7f0e #9467bd #8c564b #e377c2 #17becf #7f7f7f #bcbd22}
 }
 
+# Reads `-option value` pairs into the caller's array `arrayName`, which
+# holds the defaults; options not in `known` are refused as Tk refuses them.
+proc ::plotpanel::parseOptions {arrayName known arguments} {
+    upvar 1 $arrayName options
+    for {set i 0} {$i < [llength $arguments]} {incr i 2} {
+        set option [lindex $arguments $i]
+        if {$option ni $known} {
+            if {[llength $known] == 1} {
+                set choices [lindex $known 0]
+            } else {
+                set choices "[join [lrange $known 0 end-1] {, }] or [lindex $known end]"
+            }
+            return -code error "unknown option \"$option\": must be $choices"
+        }
+        if {$i + 1 == [llength $arguments]} {
+            return -code error "value for \"$option\" missing"
+        }
+        set options($option) [lindex $arguments $i+1]
+    }
+}
+
+# create w ?-xtitle text? ?-ytitle text? ?-viewcommand prefix?
+#   -viewcommand: called with `w low high` (the x limits now configured, ""
+#   for automatic) whenever the user changes the x range of the panel.
 proc ::plotpanel::create {w args} {
     variable panel
-    array set options {-xtitle "" -ytitle ""}
-    array set options $args
+    array set options {-xtitle "" -ytitle "" -viewcommand ""}
+    parseOptions options {-xtitle -ytitle -viewcommand} $args
     ttk::frame $w
     set g $w.graph
     set panel($w,graph) $g
@@ -32,6 +69,8 @@ proc ::plotpanel::create {w args} {
     set panel($w,view) {}
     set panel($w,readout) ""
     set panel($w,lastRedraw) 0
+    set panel($w,stack) {}
+    set panel($w,viewCommand) $options(-viewcommand)
 
     set bar [ttk::frame $w.bar]
     ttk::button $bar.unzoom -text "Unzoom" -command [list ::plotpanel::unzoom $w]
@@ -64,17 +103,19 @@ proc ::plotpanel::create {w args} {
     $g legend configure -position right -anchor n
     $g crosshairs configure -color grey50 -dashes 2
     $g grid configure -hide no -dashes {2 4} -color grey80
-    Blt_ZoomStack $g
-    # After the zoom stack's bindings: look at the axes once a click has
-    # changed them.
+    # A new size changes the pixel columns the curves are thinned to.
     bindtags $g [concat [bindtags $g] plotpanel-view]
-    bind plotpanel-view <ButtonRelease-1> {::plotpanel::viewMaybeChanged [winfo parent %W]}
-    bind plotpanel-view <ButtonPress-3> {::plotpanel::viewMaybeChanged [winfo parent %W]}
     bind plotpanel-view <Configure> {::plotpanel::viewMaybeChanged [winfo parent %W]}
+    bind $g <ButtonPress-1> [list ::plotpanel::zoomClick $w %x %y]
+    bind $g <ButtonPress-3> [list ::plotpanel::unzoom $w]
+    bind $g <KeyPress-Escape> [list ::plotpanel::fullView $w]
     bind $g <ButtonPress-2> [list ::plotpanel::panStart $w %x %y]
     bind $g <B2-Motion> [list ::plotpanel::panMove $w %x %y]
     bind $g <Motion> [list ::plotpanel::pointerMoved $w %x %y]
+    bind $g <Motion> +[list ::plotpanel::frameFollow $w %x %y]
     bind $g <Leave> [list ::plotpanel::pointerLeft $w]
+    # Whoever destroys the panel, its entries and vectors go with it.
+    bind $w <Destroy> [list ::plotpanel::forget $w]
 
     ttk::label $w.readout -textvariable ::plotpanel::panel($w,readout) -anchor w
     set stats [ttk::treeview $w.stats -height 4 -columns {points mean deviation minimum maximum} -show {tree headings}]
@@ -135,15 +176,18 @@ proc ::plotpanel::setLogScale {w flag} {
     applyOptions $w
 }
 
+proc ::plotpanel::logScale {w} {
+    variable panel
+    return $panel($w,logY)
+}
+
 proc ::plotpanel::addCurve {w id} {
     variable panel
     variable palette
     if {$id in $panel($w,curves)} return
     lappend panel($w,curves) $id
     set g [graph $w]
-    set xs ::plotpanel::dx_$id
-    set ys ::plotpanel::dy_$id
-    blt::vector create $xs $ys
+    lassign [takeVectors $w $id] xs ys
     # The first colour that no shown curve has, so that colours do not drift
     # as curves come and go.
     set used [lmap other [lrange $panel($w,curves) 0 end-1] {$g element cget $other -color}]
@@ -165,8 +209,39 @@ proc ::plotpanel::removeCurve {w id} {
     if {$at < 0} return
     set panel($w,curves) [lreplace $panel($w,curves) $at $at]
     [graph $w] element delete $id
-    blt::vector destroy ::plotpanel::dx_$id ::plotpanel::dy_$id
+    releaseVectors $w $id
     redraw $w
+}
+
+# The x and y vectors that panel `w` draws curve `id` from. The first panel
+# that shows a curve draws it from ::plotpanel::dx_ID and ::plotpanel::dy_ID;
+# another panel showing the same curve at the same time gets vectors of its
+# own, since each thins the curve to its own range and width.
+proc ::plotpanel::takeVectors {w id} {
+    variable panel
+    variable vectorOwner
+    set suffix ""
+    set serial 1
+    while {[info exists vectorOwner(::plotpanel::dx_$id$suffix)]} { set suffix _[incr serial] }
+    set xs ::plotpanel::dx_$id$suffix
+    set ys ::plotpanel::dy_$id$suffix
+    blt::vector create $xs $ys
+    set vectorOwner($xs) $w
+    set panel($w,vectors,$id) [list $xs $ys]
+    return $panel($w,vectors,$id)
+}
+
+proc ::plotpanel::vectors {w id} {
+    variable panel
+    return $panel($w,vectors,$id)
+}
+
+proc ::plotpanel::releaseVectors {w id} {
+    variable panel
+    variable vectorOwner
+    lassign $panel($w,vectors,$id) xs ys
+    unset panel($w,vectors,$id) vectorOwner($xs)
+    blt::vector destroy $xs $ys
 }
 
 # The abscissa range the thinning works on: the zoomed range, or everything
@@ -188,20 +263,26 @@ proc ::plotpanel::plotWidth {w} {
 # Draws again what each curve shows in the visible range.
 proc ::plotpanel::redraw {w} {
     variable panel
-    if {![winfo exists $w]} return
+    if {![winfo exists $w] || ![info exists panel($w,graph)]} return
     lassign [visibleRange $w] low high
     set columns [plotWidth $w]
     foreach id [curves $w] {
-        monitor_curve thin [curves::store $id] ::plotpanel::dx_$id ::plotpanel::dy_$id $low $high $columns
+        monitor_curve thin [curves::store $id] {*}[vectors $w $id] $low $high $columns
     }
     set panel($w,view) [list $low $high $columns [zoomed $w]]
     set panel($w,lastRedraw) [clock milliseconds]
     updateStatistics $w
 }
 
+# Whether the user or a script fixed the view: a zoom, a pan, or x limits
+# given by a linked panel.
 proc ::plotpanel::zoomed {w} {
-    set g [graph $w]
-    return [expr {[$g axis cget x -min] ne "" || [$g axis cget x -max] ne ""}]
+    variable panel
+    if {[llength $panel($w,stack)] > 0} { return 1 }
+    foreach limit [limits $w] {
+        if {$limit ne ""} { return 1 }
+    }
+    return 0
 }
 
 # Curves received points: the view follows them unless the user zoomed in
@@ -244,26 +325,167 @@ proc ::plotpanel::viewMaybeChanged {w} {
 
 proc ::plotpanel::compareView {w} {
     variable panel
-    if {![winfo exists $w]} return
+    if {![winfo exists $w] || ![info exists panel($w,graph)]} return
     lassign [visibleRange $w] low high
     if {[list $low $high [plotWidth $w] [zoomed $w]] ne $panel($w,view)} { redraw $w }
 }
 
-proc ::plotpanel::unzoom {w} {
-    blt::ResetZoom [graph $w]
+# The axis limits as configured: {xmin xmax ymin ymax}, "" for automatic.
+proc ::plotpanel::limits {w} {
+    set g [graph $w]
+    set limits {}
+    foreach axis {x y} {
+        foreach end {-min -max} { lappend limits [$g axis cget $axis $end] }
+    }
+    return $limits
+}
+
+proc ::plotpanel::setLimits {w limits} {
+    variable panel
+    lassign $limits xMin xMax yMin yMax
+    # A logarithmic axis cannot keep limits at or below zero (a zoom kept from
+    # before the scale changed).
+    if {$panel($w,logY) && (($yMin ne "" && $yMin <= 0) || ($yMax ne "" && $yMax <= 0))} {
+        set yMin ""
+        set yMax ""
+    }
+    set g [graph $w]
+    $g axis configure x -min $xMin -max $xMax
+    $g axis configure y -min $yMin -max $yMax
+}
+
+# The x limits as configured: {low high}, "" for automatic.
+proc ::plotpanel::xRange {w} {
+    return [lrange [limits $w] 0 1]
+}
+
+proc ::plotpanel::sameRange {a b} {
+    foreach one $a other $b {
+        if {($one eq "") != ($other eq "")} { return 0 }
+        if {$one ne "" && $one != $other} { return 0 }
+    }
+    return 1
+}
+
+# Tells the -viewcommand when the x range differs from `before`.
+proc ::plotpanel::viewChanged {w before} {
+    variable panel
+    set now [xRange $w]
+    if {[sameRange $before $now] || $panel($w,viewCommand) eq ""} return
+    uplevel #0 [list {*}$panel($w,viewCommand) $w {*}$now]
+}
+
+# The x range from a linked panel, as a zoom: the limits it leaves go on the
+# stack, so that Unzoom comes back to them. Empty limits show everything, the
+# y axis too. The -viewcommand is not called.
+proc ::plotpanel::setXRange {w low high} {
+    variable panel
+    foreach value [list $low $high] {
+        if {$value ne "" && !([string is double -strict $value]
+                              && ![catch {expr {abs($value) < Inf}} finite] && $finite)} {
+            return -code error "expected a finite number or an empty string but got \"$value\""
+        }
+    }
+    if {$low ne "" && $high ne "" && $low >= $high} {
+        return -code error "bad x range \"$low $high\": the low limit must be below the high limit"
+    }
+    if {$low eq "" && $high eq ""} {
+        clearView $w
+    } elseif {![sameRange [xRange $w] [list $low $high]]} {
+        set limits [limits $w]
+        lappend panel($w,stack) $limits
+        setLimits $w [lreplace $limits 0 1 $low $high]
+    }
     compareView $w
 }
 
-proc ::plotpanel::fullView {w} {
-    global zoomInfo
+# Left button: the first click sets a corner, the second zooms into the frame.
+proc ::plotpanel::zoomClick {w x y} {
+    variable panel
     set g [graph $w]
-    # Also a zoom half-way: its first corner is set, its outline drawn.
-    set zoomInfo($g,stack) {}
-    set zoomInfo($g,corner) A
-    blt::RemoveBindTag $g select-region-$g
-    foreach marker [$g marker names zoom*] { $g marker delete $marker }
-    foreach axis {x y} { $g axis configure $axis -min "" -max "" }
+    focus $g
+    if {![info exists panel($w,corner)]} {
+        if {![$g inside $x $y]} return
+        set panel($w,corner) [list [$g axis invtransform x $x] [$g axis invtransform y $y]]
+        $g marker create line -name plotpanel-frame -dashes {4 2} -linewidth 1 -outline black \
+            -coords [frameCoordinates {*}$panel($w,corner) {*}$panel($w,corner)]
+        return
+    }
+    lassign $panel($w,corner) x0 y0
+    lassign [pointInPlot $w $x $y] x1 y1
+    dropFrame $w
+    # A frame a few pixels thin is a slip or a double click, not a view.
+    if {abs([$g axis transform x $x0] - [$g axis transform x $x1]) < 3
+        || abs([$g axis transform y $y0] - [$g axis transform y $y1]) < 3} return
+    set frame [list [expr {min($x0, $x1)}] [expr {max($x0, $x1)}] [expr {min($y0, $y1)}] [expr {max($y0, $y1)}]]
+    lassign $frame xMin xMax yMin yMax
+    if {!($xMin < $xMax && $yMin < $yMax)} return
+    set before [xRange $w]
+    lappend panel($w,stack) [limits $w]
+    setLimits $w $frame
     compareView $w
+    viewChanged $w $before
+}
+
+# The point under the pointer in data units, kept inside the plotting area.
+proc ::plotpanel::pointInPlot {w x y} {
+    set g [graph $w]
+    set point {}
+    foreach axis {x y} pixel [list $x $y] {
+        lassign [$g axis limits $axis] min max
+        set value [$g axis invtransform $axis $pixel]
+        lappend point [expr {min(max($value, $min), $max)}]
+    }
+    return $point
+}
+
+proc ::plotpanel::frameCoordinates {x0 y0 x1 y1} {
+    return [list $x0 $y0 $x1 $y0 $x1 $y1 $x0 $y1 $x0 $y0]
+}
+
+# The outline follows the pointer while a frame is drawn.
+proc ::plotpanel::frameFollow {w x y} {
+    variable panel
+    if {![info exists panel($w,corner)]} return
+    [graph $w] marker configure plotpanel-frame \
+        -coords [frameCoordinates {*}$panel($w,corner) {*}[pointInPlot $w $x $y]]
+}
+
+# Forgets a frame drawn half-way.
+proc ::plotpanel::dropFrame {w} {
+    variable panel
+    unset -nocomplain panel($w,corner)
+    set g [graph $w]
+    if {[$g marker exists plotpanel-frame]} { $g marker delete plotpanel-frame }
+}
+
+proc ::plotpanel::clearView {w} {
+    variable panel
+    dropFrame $w
+    set panel($w,stack) {}
+    setLimits $w {"" "" "" ""}
+}
+
+# Back one zoom; with none left, everything.
+proc ::plotpanel::unzoom {w} {
+    variable panel
+    set before [xRange $w]
+    dropFrame $w
+    if {[llength $panel($w,stack)] > 0} {
+        setLimits $w [lindex $panel($w,stack) end]
+        set panel($w,stack) [lrange $panel($w,stack) 0 end-1]
+    } else {
+        setLimits $w {"" "" "" ""}
+    }
+    compareView $w
+    viewChanged $w $before
+}
+
+proc ::plotpanel::fullView {w} {
+    set before [xRange $w]
+    clearView $w
+    compareView $w
+    viewChanged $w $before
 }
 
 proc ::plotpanel::panStart {w x y} {
@@ -275,6 +497,7 @@ proc ::plotpanel::panMove {w x y} {
     variable panel
     if {![info exists panel($w,pan)]} return
     set g [graph $w]
+    set before [xRange $w]
     lassign $panel($w,pan) x0 y0
     foreach {axis from to} [list x $x0 $x y $y0 $y] {
         lassign [$g axis limits $axis] min max
@@ -288,6 +511,7 @@ proc ::plotpanel::panMove {w x y} {
     }
     set panel($w,pan) [list $x $y]
     scheduleRedraw $w
+    viewChanged $w $before
 }
 
 proc ::plotpanel::pointerMoved {w x y} {
@@ -364,7 +588,7 @@ proc ::plotpanel::export {w kind file} {
         }
         ps { $g postscript output $file -maxpect yes }
         csv { exportCsv $w $file }
-        default { error "unknown export kind $kind" }
+        default { return -code error "bad export kind \"$kind\": must be png, ps or csv" }
     }
 }
 
@@ -387,4 +611,21 @@ proc ::plotpanel::exportCsv {w file} {
         }
     }
     close $out
+}
+
+# Takes the panel away: its widgets, its curve vectors, its pending redraw
+# and its entries in `panel`.
+proc ::plotpanel::destroy {w} {
+    forget $w
+    if {[winfo exists $w]} { ::destroy $w }
+}
+
+proc ::plotpanel::forget {w} {
+    variable panel
+    if {![info exists panel($w,graph)]} return
+    if {[info exists panel($w,pending)]} { after cancel $panel($w,pending) }
+    foreach id $panel($w,curves) { releaseVectors $w $id }
+    foreach name [array names panel] {
+        if {[string first "$w," $name] == 0} { unset panel($name) }
+    }
 }
