@@ -44,8 +44,8 @@ proc ::turbowin::open {residualFiles bladeFiles} {
     foreach path $residualFiles { openResidualFile $path }
     foreach path $bladeFiles { openBlade $path }
     ::monwin::start $period
-    layout::reportLoad
     ::liverefresh::refreshNow
+    layout::reportLoad
 }
 
 # Residual files are the program's running projects (named on the command
@@ -348,4 +348,5 @@ proc ::turbowin::afterUpdate {changed} {
         }
     }
     foreach path $blades { ::monwin::resetCurvesOf $path }
+    layout::settle
 }

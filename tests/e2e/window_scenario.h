@@ -23,6 +23,15 @@ proc scenarioThenQuit {quit} {
   if {[catch run message]} { puts "script error: $message $::errorInfo" }
   $quit
 }
+# The panels in order, separated by "|": the points of each shown curve, or
+# the tree texts of the items shown.
+proc panels {} {
+  return [join [lmap w [dashboard::panels] {lmap id [::monwin::shownCurves $w] {curves::length $id}}] " | "]
+}
+proc panelNames {} {
+  set tree [::monwin::tree]
+  return [join [lmap w [dashboard::panels] {join [lmap item [::monwin::panelItems $w] {$tree item $item -text}] ,}] " | "]
+}
 # Waits for the fetching and the redraw it causes; the scenarios turn off the
 # throttling of redraws right after the window comes up.
 proc settle {} {

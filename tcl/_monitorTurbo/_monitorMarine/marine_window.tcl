@@ -42,9 +42,9 @@ proc ::marinewin::open {args} {
     set period [layout::start [get_preference Refresh 5]]
     foreach path $args { openComputation $path }
     ::monwin::start $period
-    layout::reportLoad
     # The program reads the rows of a computation at its first refresh.
     ::liverefresh::refreshNow
+    layout::reportLoad
 }
 
 # Residual files named on the command line, and those of the start-up folder
@@ -433,6 +433,7 @@ proc ::marinewin::afterUpdate {changed} {
             rebuild $project
         }
     }
+    layout::settle
 }
 
 # --- Custom plots ---------------------------------------------------------

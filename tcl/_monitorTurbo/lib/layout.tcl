@@ -20,6 +20,9 @@ namespace eval ::layout {
     array set hooks {computations {} node {} firstview {} formulas {} addformula {} open {}}
     # What loading the settings had to say, shown once the window is up.
     variable loadMessage ""
+    # Computations opened whose panels wait for their first read: their
+    # bodies and motions are known only then.
+    variable pending {}
 }
 
 proc ::layout::configure {args} {
@@ -52,19 +55,34 @@ proc ::layout::reportLoad {} {
 
 proc ::layout::key {project} { return [file normalize $project] }
 
-# A computation has just been opened: its kept layout comes back, or, when
-# nothing is shown yet, its first view.
+# A computation has just been opened: its kept custom plots come back now,
+# its panels after its first read (see settle).
 proc ::layout::opened {project} {
     variable hooks
+    variable pending
     settings::noteRecent [key $project]
     set kept [settings::computation [key $project]]
     if {[dict exists $kept formulas] && $hooks(addformula) ne ""} {
         foreach formula [dict get $kept formulas] { {*}$hooks(addformula) $project $formula }
     }
-    if {[dict exists $kept panels] && [llength [dict get $kept panels]] > 0} {
-        restorePanels $project [dict get $kept panels]
-    } elseif {[llength [::monwin::allShownCurves]] == 0} {
-        firstView $project
+    lappend pending $project
+}
+
+# After a refresh: the computations opened since the last one get their kept
+# panels, or, when nothing is shown yet, their first view.
+proc ::layout::settle {} {
+    variable hooks
+    variable pending
+    set opened $pending
+    set pending {}
+    foreach project $opened {
+        if {$project ni [{*}$hooks(computations)]} continue
+        set kept [settings::computation [key $project]]
+        if {[dict exists $kept panels] && [llength [dict get $kept panels]] > 0} {
+            restorePanels $project [dict get $kept panels]
+        } elseif {[llength [::monwin::allShownCurves]] == 0} {
+            firstView $project
+        }
     }
 }
 
