@@ -1,7 +1,11 @@
 #!/usr/bin/env bash
 # Takes the README's pictures of both windows, under a virtual display:
-#   docs/images/marine-window.png   a marine run written by the solver stand-in
-#   docs/images/turbo-window.png    the turbomachinery example
+#   docs/images/marine-window.png   a marine run written by the solver stand-in:
+#                                   its first view (residuals, the hull's Fx, its
+#                                   motions) and a panel with forces and a
+#                                   custom plot
+#   docs/images/turbo-window.png    the turbomachinery example: its first view
+#                                   and a panel with residuals of block 1
 #
 # Usage: tools/screenshots.sh [OUTPUT-FOLDER]
 # The monitor is installed into a temporary folder
@@ -45,9 +49,11 @@ marine_script=$work/apps/dune_marine71/_tcl/_monitorTurbo/_monitorMarine/itf_ini
 cat >> "$marine_script" <<TCL
 $common
 after 0 {
+  wm geometry . 1560x960+0+0
   ::liverefresh::setPaused 1
   ::liverefresh::waitIdle
   set p [lindex \$::marinewin::projects 0]
+  ::monwin::newPanel
   set ::marinewin::formula {(Fx_hull + Fx_rudder) / 2}
   ::marinewin::addFormula
   show [list [::marinewin::item \$p force 0 -1 0] [::marinewin::item \$p force 0 -1 2] [::marinewin::item \$p custom 0]]
@@ -64,7 +70,9 @@ $common
 after 0 {
   ::liverefresh::setPaused 1
   ::liverefresh::waitIdle
+  wm geometry . 1560x960+0+0
   set p [lindex \$::turbowin::projects 0]
+  ::monwin::newPanel
   show [list [::turbowin::item \$p rms 0 0] [::turbowin::item \$p rms 0 4] [::turbowin::item \$p rms 0 5] [::turbowin::item \$p rms 0 7]]
   pointAt 0.3 0.5
   photograph {$out/turbo-window.png}
@@ -73,6 +81,6 @@ after 0 {
 TCL
 
 cd "$work"
-run() { xvfb-run -a -s "-screen 0 1280x800x24" "$@" | grep '^screenshots:' || true; }
+run() { xvfb-run -a -s "-screen 0 1600x1024x24" "$@" | grep '^screenshots:' || true; }
 run "$work/apps/dune_marine71/bin/monitor" "$work/ship/ship.res"
 run "$work/apps/dune71/bin/monitor" "$repo/examples/turbo/stage.res"

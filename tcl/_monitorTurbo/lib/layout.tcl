@@ -37,7 +37,8 @@ proc ::layout::configure {args} {
 }
 
 # Reads the settings file and applies the window's own settings; answers the
-# refresh period to use, `period` unless one was kept.
+# refresh period to use: the one last chosen in Refresh -> Period, else
+# `period`.
 proc ::layout::start {period} {
     variable loadMessage
     set loadMessage [settings::load [settings::defaultPath]]
@@ -156,7 +157,6 @@ proc ::layout::save {} {
         settings::setComputation [key $project] [dict create panels $panels formulas $formulas]
     }
     settings::setWindowValue geometry [wm geometry .]
-    settings::setWindowValue period [::liverefresh::periodSeconds]
     set message [settings::save]
     if {$message ne ""} { ::monwin::setStatus $message }
 }

@@ -29,7 +29,11 @@ namespace eval ::liverefresh {
 proc ::liverefresh::configure {args} {
     variable hooks
     foreach {option value} $args {
-        set hooks([string range $option 1 end]) $value
+        set name [string range $option 1 end]
+        if {![string match -* $option] || ![info exists hooks($name)]} {
+            error "unknown option \"$option\": must be -update, -shown, -afterUpdate, -fetched or -status"
+        }
+        set hooks($name) $value
     }
 }
 

@@ -108,6 +108,7 @@ proc ::monwin::askPeriod {} {
     set period [::monwin::askString "Refresh period" "Seconds between two refreshes:" [::liverefresh::periodSeconds]]
     if {$period ne ""} {
         ::liverefresh::setPeriod $period
+        settings::setWindowValue period [::liverefresh::periodSeconds]
         setStatus "Live refresh every [::liverefresh::periodSeconds] s"
     }
 }
