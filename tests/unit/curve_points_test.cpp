@@ -138,6 +138,10 @@ TEST(CurvePoints, ShapesAreKeptWholeUntilTheirDescentIsCutOff) {
   plot::CurvePoints curve = curveOf(backwards, backwards);
   EXPECT_EQ(curve.thin(-kInfinity, kInfinity, 1).x, backwards);
   EXPECT_EQ(curve.thin(0.02, 0.03, 1).x, backwards);
+  // One step back among many points forward is enough to be a shape.
+  std::vector<double> oneStepBack = iota(1'000);
+  oneStepBack[500] = 10.0;
+  EXPECT_EQ(curveOf(oneStepBack, oneStepBack).thin(-kInfinity, kInfinity, 10).x, oneStepBack);
   curve.truncate(1);
   curve.append(iota(10'000, 1.0), iota(10'000));
   EXPECT_LE(curve.thin(-kInfinity, kInfinity, 10).x.size(), 40u);
