@@ -5,13 +5,17 @@
 #include <bltVector.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "convergence/verdict.h"
 #include "plot/curve_fill.h"
 #include "plot/curve_points.h"
 #include "script/tcl_arg_stream.h"
@@ -182,6 +186,72 @@ int statistics(Tcl_Interp* interp, const plot::CurvePoints& curve, Tcl_Obj* last
   return TCL_OK;
 }
 
+Tcl_Obj* numberOrEmpty(const std::optional<double>& value) {
+  return value ? Tcl_NewDoubleObj(*value) : Tcl_NewObj();
+}
+
+// Sets the script error; answers false, for the readers of arguments.
+bool refuse(Tcl_Interp* interp, const std::string& message) {
+  fail(interp, message);
+  return false;
+}
+
+// The options of `verdict`, each a number; false after the script error.
+bool readVerdictOptions(Tcl_Interp* interp, int objc, Tcl_Obj* const objv[],
+                        convergence::Settings& settings, bool& residual) {
+  if (objc % 2 != 0)
+    return refuse(interp,
+                  "value for \"" + std::string(Tcl_GetString(objv[objc - 1])) + "\" missing");
+  for (int i = 0; i < objc; i += 2) {
+    const std::string_view option = Tcl_GetString(objv[i]);
+    double value = 0.0;
+    if (option != "-confidence" && option != "-tolerance" && option != "-residual")
+      return refuse(interp, "unknown option \"" + std::string(option) +
+                                "\": must be -confidence, -tolerance or -residual");
+    if (Tcl_GetDoubleFromObj(interp, objv[i + 1], &value) != TCL_OK) return false;
+    if (option == "-confidence") {
+      if (!(value > 0.0 && value < 1.0))
+        return refuse(interp, "the confidence must lie between 0 and 1, not " +
+                                  std::string(Tcl_GetString(objv[i + 1])));
+      settings.confidence = value;
+    } else if (option == "-tolerance") {
+      if (!(value >= 0.0) || !std::isfinite(value))
+        return refuse(interp, "the tolerance must be 0 or more, not " +
+                                  std::string(Tcl_GetString(objv[i + 1])));
+      settings.tolerance = value;
+    } else {
+      residual = value != 0.0;
+    }
+  }
+  return true;
+}
+
+int verdictOf(Tcl_Interp* interp, const plot::CurvePoints& curve, int objc, Tcl_Obj* const objv[]) {
+  convergence::Settings settings;
+  bool residual = false;
+  if (!readVerdictOptions(interp, objc - 3, objv + 3, settings, residual)) return TCL_ERROR;
+  const convergence::Verdict verdict = convergence::judge(curve.x(), curve.y(), settings, residual);
+  const std::string_view state = convergence::stateName(verdict.state);
+  const std::pair<const char*, Tcl_Obj*> entries[] = {
+      {"verdict", Tcl_NewStringObj(state.data(), static_cast<int>(state.size()))},
+      {"transientEnd", numberOrEmpty(verdict.transientEnd)},
+      {"samples", Tcl_NewWideIntObj(static_cast<Tcl_WideInt>(verdict.samples))},
+      {"mean", Tcl_NewDoubleObj(verdict.mean)},
+      {"halfWidth", Tcl_NewDoubleObj(verdict.halfWidth)},
+      {"confidence", Tcl_NewDoubleObj(verdict.confidence)},
+      {"drift", Tcl_NewIntObj(verdict.drift ? 1 : 0)},
+      {"period", numberOrEmpty(verdict.period)},
+      {"amplitude", numberOrEmpty(verdict.amplitude)},
+      {"ordersDropped", numberOrEmpty(verdict.ordersDropped)},
+      {"stillFalling", Tcl_NewIntObj(verdict.stillFalling ? 1 : 0)},
+  };
+  Tcl_Obj* dict = Tcl_NewDictObj();
+  for (const auto& [key, value] : entries)
+    Tcl_DictObjPut(nullptr, dict, Tcl_NewStringObj(key, -1), value);
+  Tcl_SetObjResult(interp, dict);
+  return TCL_OK;
+}
+
 struct Subcommand {
   std::string_view name;
   int fewestWords;  // of the whole command, its name included
@@ -201,6 +271,7 @@ constexpr Subcommand kSubcommands[] = {
     {"values", 5, 5, "values curve first last"},
     {"thin", 8, 8, "thin curve xOut yOut xMin xMax columns"},
     {"statistics", 4, 4, "statistics curve lastCount"},
+    {"verdict", 3, 9, "verdict curve ?-confidence level? ?-tolerance fraction? ?-residual 0|1?"},
 };
 
 int curveCommand(ClientData clientData, Tcl_Interp* interp, int objc, Tcl_Obj* const objv[]) {
@@ -212,7 +283,7 @@ int curveCommand(ClientData clientData, Tcl_Interp* interp, int objc, Tcl_Obj* c
   if (subcommand == nullptr)
     return fail(interp,
                 "usage: monitor_curve "
-                "new|positions|fill|delete|length|truncate|values|thin|statistics ...");
+                "new|positions|fill|delete|length|truncate|values|thin|statistics|verdict ...");
   if (objc < subcommand->fewestWords || objc > subcommand->mostWords)
     return fail(interp,
                 std::string("wrong # args: should be \"monitor_curve ") + subcommand->usage + "\"");
@@ -242,6 +313,7 @@ int curveCommand(ClientData clientData, Tcl_Interp* interp, int objc, Tcl_Obj* c
   }
   if (name == "values") return pointValues(interp, *curve, objv[3], objv[4]);
   if (name == "thin") return thinPoints(interp, *curve, objv);
+  if (name == "verdict") return verdictOf(interp, *curve, objc, objv);
   return statistics(interp, *curve, objv[3]);
 }
 

@@ -32,6 +32,15 @@
 //                                        {count mean standardDeviation minimum
 //                                        maximum} of the last lastCount values
 //                                        (all of them for 0)
+//   monitor_curve verdict curve ?-confidence level? ?-tolerance fraction? ?-residual 0|1?
+//                                        whether the curve has converged, as a
+//                                        dict: verdict (converged, transient,
+//                                        drifting, wide, short), transientEnd
+//                                        (abscissa), samples, mean, halfWidth,
+//                                        confidence, drift (0/1), period,
+//                                        amplitude, ordersDropped and
+//                                        stillFalling (residuals); a value
+//                                        that does not apply is empty
 #pragma once
 
 #include <span>

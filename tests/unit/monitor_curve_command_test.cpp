@@ -137,7 +137,7 @@ TEST_F(MonitorCurveCommand, WrongRequestsAreScriptErrorsAndLeaveTheCurveAsItWas)
       {"monitor_curve fill $c 0 0 ramp 0",
        "positions 0..0 are outside the curve, which has 0 positions"},
       {"monitor_curve spin $c",
-       "usage: monitor_curve new|positions|fill|delete|length|truncate|values|thin|statistics ..."},
+       "usage: monitor_curve new|positions|fill|delete|length|truncate|values|thin|statistics|verdict ..."},
       {"monitor_curve thin $c nothing nothing 0 1 2", nullptr},
   };
   for (const auto& c : cases) {
