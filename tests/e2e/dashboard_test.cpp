@@ -4,6 +4,7 @@
 // settings file, and computations that keep layouts of their own.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -58,6 +59,7 @@ proc run {} {
   ::monwin::newPanel
   show [list [::marinewin::item $p moment 0 -1 12]]
   plotpanel::setLastCount [::monwin::panel] 20
+  ::monwin::applyCriteria 90 5
   say "arranged: [panelNames]; [panels]"
 }
 runThenQuit ::monwin::quit
@@ -66,7 +68,7 @@ runThenQuit ::monwin::quit
 const std::string kRestore = R"tcl(
 proc run {} {
   set p [opened]
-  say "restored: [panelNames]; [panels]; statistics of the last [plotpanel::lastCount [lindex [dashboard::panels] 1]]"
+  say "restored: [panelNames]; [panels]; statistics of the last [plotpanel::lastCount [lindex [dashboard::panels] 1]]; criteria [plotpanel::criteria]"
   # Linked abscissae: a zoom in one panel applies to the other.
   set ::monwin::linkAbscissae 1
   lassign [dashboard::panels] first second
@@ -115,7 +117,7 @@ TEST_F(Dashboard, MarineFirstViewThenALayoutKeptAcrossARestart) {
 
   const std::vector<std::string> second = runMarine(kRestore, "a");
   ASSERT_EQ(second.size(), 3u);
-  EXPECT_EQ(second[0], "restored: Fx_hull * 2 | Mz; 60 | 60; statistics of the last 20");
+  EXPECT_EQ(second[0], "restored: Fx_hull * 2 | Mz; 60 | 60; statistics of the last 20; criteria 0.9 0.05");
   EXPECT_EQ(second[1], "linked: 1");
   EXPECT_EQ(second[2], "reset: 60 60 60 60 60 60 | 60 | 12 12 12 12 12 12");
 }
@@ -158,6 +160,42 @@ runThenQuit itf_quit_command_KELP
             std::vector<std::string>{"60 60 60 60 60 60 | 60 | 12 12 12 12 12 12; status: Settings file " +
                                      fs::weakly_canonical(settingsFile()).string() +
                                      " is damaged; starting from the defaults"});
+}
+
+// A longer run of the solver stand-in: the verdicts in the statistics tables
+// are those of `monitor_curve verdict`, and a line marks each transient.
+TEST(MarineVerdicts, TheTablesShowTheProgramsVerdictsAndTheTransientIsMarked) {
+  Installation installation("dune_marine71");
+  const fs::path caseFolder = installation.work() / "long";
+  ASSERT_EQ(std::system(("'" MARINE_SOLVER "' --out '" + caseFolder.string() +
+                         "' --steady --iterations 800 --stamp '21/11/2026 14:05:09' >/dev/null")
+                            .c_str()),
+            0);
+  installation.writeMarineScript(kMarineWindow + kHelpers + kPrologue + R"tcl(
+proc run {} {
+  set p [opened]
+  lassign [dashboard::panels] residuals force
+  set id [lindex [::monwin::shownCurves $force] 0]
+  set verdict [monitor_curve verdict [curves::store $id] -confidence 0.95 -tolerance 0.01 -residual 0]
+  set row [$force.stats item $id -values]
+  set marker [[plotpanel::graph $force] marker cget transient-$id -coords]
+  say "Fx: [expr {[lindex $row end] eq [dict get $verdict verdict]}] [expr {[lindex $marker 0] == [dict get $verdict transientEnd]}] [expr {[lindex $row 5] eq [plotpanel::formatNumber [dict get $verdict transientEnd]]}]"
+  say "keys: [lsort [dict keys $verdict]]"
+  set r [lindex [::monwin::shownCurves $residuals] 0]
+  set residual [monitor_curve verdict [curves::store $r] -residual 1]
+  say "ResU: more than 3 orders dropped [expr {[dict get $residual ordersDropped] > 3}], still falling [dict get $residual stillFalling]"
+}
+runThenQuit itf_quit_command_KELP
+)tcl");
+  const RunResult result = installation.run(RunOptions{}.withArguments({(caseFolder / "ship.res").string()}));
+  ASSERT_TRUE(result.exited) << result.output << result.errors;
+  const std::vector<std::string> lines = said(result.output);
+  ASSERT_EQ(lines.size(), 3u) << result.output << result.errors;
+  EXPECT_EQ(lines[0], "Fx: 1 1 1");
+  EXPECT_EQ(lines[1], "keys: amplitude confidence drift halfWidth mean ordersDropped period samples stillFalling "
+                      "transientEnd verdict");
+  // The stand-in's residuals fall by about seven orders, then stay.
+  EXPECT_EQ(lines[2], "ResU: more than 3 orders dropped 1, still falling 0");
 }
 
 TEST(TurbomachineryDashboard, FirstViewShowsTheFlowResidualsOfBlock1AndTheGlobalQuantities) {

@@ -36,7 +36,8 @@ proc ::layout::configure {args} {
     }
 }
 
-# Reads the settings file and applies the window's own settings; answers the
+# Reads the settings file and applies the window's own settings (geometry,
+# convergence criteria); answers the
 # refresh period to use: the one last chosen in Refresh -> Period, else
 # `period`.
 proc ::layout::start {period} {
@@ -44,6 +45,7 @@ proc ::layout::start {period} {
     set loadMessage [settings::load [settings::defaultPath]]
     set geometry [settings::windowValue geometry ""]
     if {[regexp {^\d+x\d+([+-]\d+[+-]\d+)?$} $geometry]} { wm geometry . $geometry }
+    catch {plotpanel::setCriteria {*}[settings::windowValue criteria [plotpanel::criteria]]}
     set kept [settings::windowValue period $period]
     return [expr {[string is double -strict $kept] && $kept > 0 ? $kept : $period}]
 }

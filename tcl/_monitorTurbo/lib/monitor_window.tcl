@@ -52,6 +52,7 @@ proc ::monwin::build {title quit} {
     .menu.panels add command -label "Close panel" -command {::monwin::closePanel [::monwin::panel]}
     .menu.panels add separator
     .menu.panels add checkbutton -label "Link abscissae" -variable ::monwin::linkAbscissae
+    .menu.panels add command -label "Convergence criteria..." -command ::monwin::askCriteria
     bind . <Control-n> ::monwin::sendSelection
 
     ttk::frame .main
@@ -111,6 +112,29 @@ proc ::monwin::askPeriod {} {
         settings::setWindowValue period [::liverefresh::periodSeconds]
         setStatus "Live refresh every [::liverefresh::periodSeconds] s"
     }
+}
+
+# The confidence of the verdicts' intervals and their largest half-width, in
+# per cent; kept with the other settings.
+proc ::monwin::askCriteria {} {
+    lassign [plotpanel::criteria] confidence tolerance
+    set confidence [askString "Convergence criteria" "Confidence of the interval of the mean, in %:" \
+                        [expr {100.0 * $confidence}]]
+    if {$confidence eq ""} return
+    set tolerance [askString "Convergence criteria" "Largest half-width of that interval, in % of the mean:" \
+                       [expr {100.0 * $tolerance}]]
+    if {$tolerance ne ""} { applyCriteria $confidence $tolerance }
+}
+
+proc ::monwin::applyCriteria {confidencePercent tolerancePercent} {
+    if {[catch {
+        plotpanel::setCriteria [expr {$confidencePercent / 100.0}] [expr {$tolerancePercent / 100.0}]
+    } message]} {
+        setStatus "Criteria not changed: $message"
+        return
+    }
+    settings::setWindowValue criteria [plotpanel::criteria]
+    setStatus "Converged: the $confidencePercent % interval of the steady mean within $tolerancePercent % of it, no drift"
 }
 
 # A small modal dialog with one entry; answers the text, or "" when cancelled.

@@ -1,5 +1,10 @@
 # A plot panel: one BLT graph with its tool bar, a readout of the point under
-# the pointer, and a table of statistics of the shown curves.
+# the pointer, and a table of statistics of the shown curves: over their last
+# N points (mean, standard deviation, minimum, maximum), and the program's
+# verdict on their convergence (`monitor_curve verdict`: where the steady part
+# starts, its mean with the half-width of its interval, drift, period, and
+# converged or why not, in colour). A dashed line marks where each curve's
+# start-up transient ends.
 #
 #   left button: the first click sets a corner, a dashed outline follows the
 #   pointer, the second click zooms into the framed area; each zoom keeps the
@@ -27,6 +32,12 @@ namespace eval ::plotpanel {
     # The panel that draws into each curve vector.
     variable vectorOwner
     variable redrawEveryMs 300
+    # The convergence criteria of every panel: the interval's confidence and
+    # its largest half-width relative to the mean.
+    variable confidence 0.95
+    variable tolerance 0.01
+    # The last verdict of each curve of each panel, with what it was made of.
+    variable verdicts
     variable palette {#1f77b4 #d62728 #2ca02c #ff7f0e #9467bd #8c564b #e377c2 #17becf #7f7f7f #bcbd22}
 }
 
@@ -118,12 +129,18 @@ proc ::plotpanel::create {w args} {
     bind $w <Destroy> [list ::plotpanel::forget $w]
 
     ttk::label $w.readout -textvariable ::plotpanel::panel($w,readout) -anchor w
-    set stats [ttk::treeview $w.stats -height 4 -columns {points mean deviation minimum maximum} -show {tree headings}]
+    set columns {points mean deviation minimum maximum steady converged drift period verdict}
+    set stats [ttk::treeview $w.stats -height 4 -columns $columns -show {tree headings}]
     $stats heading #0 -text "Curve"
-    $stats column #0 -width 280
-    foreach {column title} {points "Points" mean "Mean" deviation "Std. dev." minimum "Minimum" maximum "Maximum"} {
+    $stats column #0 -width 220
+    foreach {column title width} {points "Points" 60 mean "Mean" 90 deviation "Std. dev." 90 minimum "Minimum" 90
+                                  maximum "Maximum" 90 steady "Steady from" 80 converged "Steady mean \u00b1" 150
+                                  drift "Drift" 45 period "Period" 70 verdict "Verdict" 80} {
         $stats heading $column -text $title
-        $stats column $column -width 100 -anchor e
+        $stats column $column -width $width -anchor e -stretch 0
+    }
+    foreach {state colour} {converged #1a7f37 transient #b35900 drifting #b35900 wide #9a6700 short grey40} {
+        $stats tag configure $state -foreground $colour
     }
     pack $bar -side top -fill x
     pack $w.stats -side bottom -fill x
@@ -209,6 +226,8 @@ proc ::plotpanel::removeCurve {w id} {
     if {$at < 0} return
     set panel($w,curves) [lreplace $panel($w,curves) $at $at]
     [graph $w] element delete $id
+    if {[[graph $w] marker exists transient-$id]} { [graph $w] marker delete transient-$id }
+    array unset ::plotpanel::verdicts $w,$id
     releaseVectors $w $id
     redraw $w
 }
@@ -563,8 +582,65 @@ proc ::plotpanel::updateStatistics {w} {
         foreach value [list $mean $deviation $minimum $maximum] {
             lappend values [expr {$count > 0 ? [formatNumber $value] : ""}]
         }
-        $table insert {} end -id $id -text [curves::label $id] -values $values
+        set verdict [verdict $w $id]
+        lappend values {*}[verdictColumns $verdict]
+        $table insert {} end -id $id -text [curves::label $id] -values $values -tags [dict get $verdict verdict]
+        markTransient $w $id [dict get $verdict transientEnd]
     }
+}
+
+# The criteria every panel judges by; a change judges every curve again.
+proc ::plotpanel::setCriteria {confidence tolerance} {
+    variable panel
+    if {!([string is double -strict $confidence] && $confidence > 0 && $confidence < 1)} {
+        error "the confidence must lie between 0 and 1, not \"$confidence\""
+    }
+    if {!([string is double -strict $tolerance] && $tolerance >= 0)} {
+        error "the tolerance must be 0 or more, not \"$tolerance\""
+    }
+    set ::plotpanel::confidence $confidence
+    set ::plotpanel::tolerance $tolerance
+    foreach key [array names panel *,graph] { updateStatistics [lindex [split $key ,] 0] }
+}
+
+proc ::plotpanel::criteria {} { return [list $::plotpanel::confidence $::plotpanel::tolerance] }
+
+# The verdict of a curve, judged again only when its points or the criteria
+# changed since the last time.
+proc ::plotpanel::verdict {w id} {
+    variable verdicts
+    variable confidence
+    variable tolerance
+    set store [curves::store $id]
+    set basis [list [monitor_curve length $store] [curves::generation $id] $confidence $tolerance]
+    if {[info exists verdicts($w,$id)] && [lindex $verdicts($w,$id) 0] eq $basis} {
+        return [lindex $verdicts($w,$id) 1]
+    }
+    set verdict [monitor_curve verdict $store -confidence $confidence -tolerance $tolerance \
+                     -residual [curves::get $id logScale]]
+    set verdicts($w,$id) [list $basis $verdict]
+    return $verdict
+}
+
+# Steady from, steady mean ± half-width, drift, period, verdict.
+proc ::plotpanel::verdictColumns {verdict} {
+    if {[dict get $verdict verdict] eq "short"} { return [list "" "" "" "" short] }
+    set columns [list [formatNumber [dict get $verdict transientEnd]] \
+                     "[formatNumber [dict get $verdict mean]] \u00b1 [format %.2g [dict get $verdict halfWidth]]" \
+                     [expr {[dict get $verdict drift] ? "yes" : "no"}]]
+    set period [dict get $verdict period]
+    lappend columns [expr {$period eq "" ? "" : [formatNumber $period]}] [dict get $verdict verdict]
+    return $columns
+}
+
+# A dashed line, in the curve's colour, where its start-up transient ends.
+proc ::plotpanel::markTransient {w id at} {
+    set g [graph $w]
+    set marker transient-$id
+    if {[$g marker exists $marker]} { $g marker delete $marker }
+    if {$at eq "" || ![$g element exists $id]} return
+    $g marker create line -name $marker -coords [list $at -Inf $at Inf] -outline [$g element cget $id -color] \
+        -dashes {6 4} -linewidth 1 -under 1
 }
 
 proc ::plotpanel::askExport {w kind} {
@@ -625,6 +701,7 @@ proc ::plotpanel::forget {w} {
     if {![info exists panel($w,graph)]} return
     if {[info exists panel($w,pending)]} { after cancel $panel($w,pending) }
     foreach id $panel($w,curves) { releaseVectors $w $id }
+    array unset ::plotpanel::verdicts $w,*
     foreach name [array names panel] {
         if {[string first "$w," $name] == 0} { unset panel($name) }
     }
