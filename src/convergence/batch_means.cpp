@@ -1,6 +1,8 @@
 #include "convergence/batch_means.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "convergence/student_t.h"
 
@@ -12,9 +14,14 @@ std::vector<std::size_t> equalBatches(std::size_t first, std::size_t end, std::s
   return limits;
 }
 
-MeanEstimate estimateMean(std::span<const double> values, std::span<const double> abscissae,
-                          std::span<const std::size_t> limits, double confidence,
-                          double driftLevel) {
+std::size_t batchesFor(std::size_t count, double correlationTime) {
+  const double fitting = static_cast<double>(count) / (kBatchSpan * correlationTime);
+  if (!(fitting < static_cast<double>(kMostBatches))) return kMostBatches;
+  return std::max(kFewestBatches, static_cast<std::size_t>(fitting));
+}
+
+MeanEstimate estimateMean(std::span<const double> values, std::span<const std::size_t> limits,
+                          std::span<const double> positions, double confidence, double driftLevel) {
   MeanEstimate estimate;
   const std::size_t batches = limits.size() - 1;
   const std::size_t first = limits.front();
@@ -22,7 +29,6 @@ MeanEstimate estimateMean(std::span<const double> values, std::span<const double
   const auto count = static_cast<double>(end - first);
   const double reference = values[first];
   std::vector<double> means(batches);
-  std::vector<double> positions(batches);
   double total = 0.0;
   double squares = 0.0;
   for (std::size_t j = 0; j < batches; ++j) {
@@ -34,7 +40,6 @@ MeanEstimate estimateMean(std::span<const double> values, std::span<const double
     }
     total += sum;
     means[j] = sum / static_cast<double>(limits[j + 1] - limits[j]);
-    positions[j] = 0.5 * (abscissae[limits[j]] + abscissae[limits[j + 1] - 1]);
   }
   const double mean = total / count;
   estimate.mean = reference + mean;
@@ -72,6 +77,8 @@ MeanEstimate estimateMean(std::span<const double> values, std::span<const double
   } else {
     // Batch means on a straight line: a trend unless the line is flat.
     estimate.drift = slope != 0.0;
+    if (estimate.drift)
+      estimate.driftT = std::copysign(std::numeric_limits<double>::infinity(), slope);
   }
   return estimate;
 }

@@ -6,20 +6,23 @@ namespace convergence {
 
 namespace {
 
-constexpr std::size_t kBatch = 5;
+// A cut from 2/5 of the series on means that the transient is still going.
+constexpr std::size_t kLateCutNumerator = 2;
+constexpr std::size_t kLateCutDenominator = 5;
 
 }  // namespace
 
-TransientCut findTransientEnd(std::span<const double> values) {
-  const std::size_t batches = values.size() / kBatch;
+TransientCut findTransientEnd(std::span<const double> values, std::size_t batchSize) {
+  if (batchSize == 0) return {};
+  const std::size_t batches = values.size() / batchSize;
   if (batches < 4) return {};
   // Batch means, less a reference so that the sums keep their digits.
   const double reference = values[values.size() / 2];
   std::vector<double> means(batches);
   for (std::size_t j = 0; j < batches; ++j) {
     double sum = 0.0;
-    for (std::size_t i = 0; i < kBatch; ++i) sum += values[j * kBatch + i] - reference;
-    means[j] = sum / kBatch;
+    for (std::size_t i = 0; i < batchSize; ++i) sum += values[j * batchSize + i] - reference;
+    means[j] = sum / static_cast<double>(batchSize);
   }
   // Suffix sums from the last batch back to the first candidate cuts.
   const std::size_t lastCut = batches / 2;
@@ -45,7 +48,7 @@ TransientCut findTransientEnd(std::span<const double> values) {
       best = d;
     }
   }
-  return {best * kBatch, best == lastCut};
+  return {best * batchSize, best * kLateCutDenominator >= batches * kLateCutNumerator};
 }
 
 }  // namespace convergence

@@ -2,8 +2,11 @@
 // the series is cut into batches of five, and the cut is the number of
 // leading batches whose removal minimises the squared standard error of the
 // mean of the rest, Σ(Z - Z̄)² / (k - d)². The cut is looked for in the first
-// half only; a minimum at the end of that half means the transient is still
-// going (the rule is not to be trusted there).
+// half only. A minimum beyond 40 % of the series means the transient is
+// still going: a series that settled early has its minimum near its start,
+// whereas a trend, which the rule trades against the noise, pushes the
+// minimum deep into the first half, and what is left after such a cut is too
+// short to tell a trend from slow noise.
 #pragma once
 
 #include <cstddef>
@@ -16,6 +19,9 @@ struct TransientCut {
   bool stillGoing = false;
 };
 
-TransientCut findTransientEnd(std::span<const double> values);
+// Batches of five values, or of one period for an oscillating series (MSER-m
+// with m the period): the batch means of a short batch swing with the
+// oscillation, which hides the end of the transient from the rule.
+TransientCut findTransientEnd(std::span<const double> values, std::size_t batchSize = 5);
 
 }  // namespace convergence

@@ -5,51 +5,30 @@
 #include <vector>
 
 #include "convergence/batch_means.h"
+#include "convergence/finite_points.h"
 #include "convergence/oscillation.h"
 #include "convergence/transient.h"
 
 namespace convergence {
 namespace {
 
-// Values at least this large are the program's mark for a missing point.
-constexpr double kMissingMark = 3.4028234e38;
-constexpr std::size_t kBatches = 20;
 // A steady part must span this many independent samples.
 constexpr double kIndependentSamplesNeeded = 10.0;
 // A trend counts when its slope is beyond what the noise explains at this
 // level: strict, so that a steady series is seldom called drifting.
 constexpr double kDriftLevel = 0.99;
-
-struct Points {
-  std::vector<double> x;
-  std::vector<double> y;
-};
-
-Points finitePoints(std::span<const double> abscissae, std::span<const double> values) {
-  Points points;
-  const std::size_t n = std::min(abscissae.size(), values.size());
-  points.x.reserve(n);
-  points.y.reserve(n);
-  for (std::size_t i = 0; i < n; ++i) {
-    if (std::fabs(abscissae[i]) < kMissingMark && std::fabs(values[i]) < kMissingMark) {
-      points.x.push_back(abscissae[i]);
-      points.y.push_back(values[i]);
-    }
-  }
-  return points;
-}
-
-double abscissaAt(const std::vector<double>& x, double position) {
-  const auto below = static_cast<std::size_t>(position);
-  if (below + 1 >= x.size()) return x.back();
-  return x[below] + (position - static_cast<double>(below)) * (x[below + 1] - x[below]);
-}
+// The transient is looked for again over batches of one period when the
+// series holds this many periods. Over fewer, the rule is unsure: even on
+// independent values its minimum falls beyond 40 % of the series in 1.5 % of
+// series of 40 batches, 6 % of 20 and 18 % of 10.
+constexpr double kFewestPeriodsForCut = 40.0;
+constexpr double kDecadesPerOctave = 0.30102999566398120;  // log10(2)
 
 // Batch limits on whole periods: at up-crossings, as many batches as there
-// are periods up to kBatches.
+// are periods up to kMostBatches.
 std::vector<std::size_t> periodBatches(const std::vector<double>& crossings) {
   const std::size_t periods = crossings.size() - 1;
-  const std::size_t batches = std::min(periods, kBatches);
+  const std::size_t batches = std::min(periods, kMostBatches);
   std::vector<std::size_t> limits(batches + 1);
   for (std::size_t j = 0; j <= batches; ++j) {
     limits[j] = static_cast<std::size_t>(std::lround(crossings[periods * j / batches]));
@@ -57,27 +36,55 @@ std::vector<std::size_t> periodBatches(const std::vector<double>& crossings) {
   return limits;
 }
 
-void judgeResidual(std::span<const double> values, Verdict& verdict) {
+// The amplitude of the oscillation, batch by batch (a few periods each, so
+// that a small error of the period does not blur it), as their root mean
+// square.
+double amplitudeOver(std::span<const double> y, const std::vector<std::size_t>& limits,
+                     double periodInSamples) {
+  double squares = 0.0;
+  for (std::size_t j = 0; j + 1 < limits.size(); ++j) {
+    const double amplitude =
+        fundamentalAmplitude(y.subspan(limits[j], limits[j + 1] - limits[j]), periodInSamples);
+    squares += amplitude * amplitude;
+  }
+  return std::sqrt(squares / static_cast<double>(limits.size() - 1));
+}
+
+// Orders of magnitude dropped, from the highest value of the first tenth to
+// the mean decade of the last twentieth; still falling when the decades of
+// the last half hold a downward trend.
+void judgeResidual(const FinitePoints& points, Verdict& verdict) {
+  const std::span<const double> values = points.values();
   if (std::any_of(values.begin(), values.end(), [](double value) { return !(value > 0.0); }))
     return;
-  std::vector<double> decades(values.size());
-  std::transform(values.begin(), values.end(), decades.begin(),
-                 [](double value) { return std::log10(value); });
-  const std::size_t early = std::max<std::size_t>(10, decades.size() / 10);
-  const std::size_t late = std::max<std::size_t>(10, decades.size() / 20);
-  const double highest =
-      *std::max_element(decades.begin(), decades.begin() + static_cast<std::ptrdiff_t>(early));
+  const std::size_t n = values.size();
+  const std::size_t early = std::max<std::size_t>(10, n / 10);
+  const std::size_t late = std::max<std::size_t>(10, n / 20);
+  const std::size_t half = n / 2;
+  const double highest = std::log10(*std::max_element(values.begin(), values.begin() + early));
+  std::vector<double> decades(n - half);
+  std::transform(values.begin() + half, values.end(), decades.begin(),
+                 [](double value) { return kDecadesPerOctave * std::log2(value); });
   double recent = 0.0;
-  for (std::size_t i = decades.size() - late; i < decades.size(); ++i)
-    recent += decades[i] / static_cast<double>(late);
-  verdict.ordersDropped = highest - recent;
-  // Still falling: a downward trend over the last half.
-  const std::size_t half = decades.size() / 2;
-  std::vector<double> positions(decades.size());
-  for (std::size_t i = 0; i < positions.size(); ++i) positions[i] = static_cast<double>(i);
-  const MeanEstimate lastHalf = estimateMean(
-      decades, positions, equalBatches(half, decades.size(), kBatches), 0.95, kDriftLevel);
+  for (std::size_t i = decades.size() - late; i < decades.size(); ++i) recent += decades[i];
+  verdict.ordersDropped = highest - recent / static_cast<double>(late);
+  const std::vector<std::size_t> limits = equalBatches(0, decades.size(), kMostBatches);
+  const MeanEstimate lastHalf =
+      estimateMean(decades, limits, points.batchPositions(limits, half), 0.95, kDriftLevel);
   verdict.stillFalling = lastHalf.drift && lastHalf.driftT < 0.0;
+}
+
+// The mean of the steady part from `first` on, over batches of equal length,
+// as many as its correlation allows.
+MeanEstimate steadyMean(const FinitePoints& points, std::size_t first, double confidence) {
+  const std::span<const double> y = points.values();
+  const auto estimateOver = [&](std::size_t batches) {
+    const std::vector<std::size_t> limits = equalBatches(first, y.size(), batches);
+    return estimateMean(y, limits, points.batchPositions(limits), confidence, kDriftLevel);
+  };
+  const MeanEstimate estimate = estimateOver(kMostBatches);
+  const std::size_t batches = batchesFor(y.size() - first, estimate.correlationTime);
+  return batches < kMostBatches ? estimateOver(batches) : estimate;
 }
 
 }  // namespace
@@ -102,38 +109,42 @@ Verdict judge(std::span<const double> abscissae, std::span<const double> values,
               const Settings& settings, bool residual) {
   Verdict verdict;
   verdict.confidence = settings.confidence;
-  const Points points = finitePoints(abscissae, values);
-  const std::size_t n = points.y.size();
+  const FinitePoints points(abscissae, values);
+  const std::span<const double> y = points.values();
+  const std::size_t n = y.size();
   verdict.samples = n;
   if (n < kFewestSamples) return verdict;
-  if (residual) judgeResidual(points.y, verdict);
+  if (residual) judgeResidual(points, verdict);
 
-  const TransientCut cut = findTransientEnd(points.y);
-  verdict.transientEnd = points.x[cut.end];
-  const std::span<const double> steady = std::span<const double>(points.y).subspan(cut.end);
-  const Oscillation oscillation = findOscillation(steady);
+  TransientCut cut = findTransientEnd(y);
+  Oscillation oscillation = findOscillation(y.subspan(cut.end));
+  const double period = oscillation.found() ? oscillation.periodInSamples() : 0.0;
+  if (period > 0.0 && static_cast<double>(n) >= kFewestPeriodsForCut * period) {
+    // The end of the transient again, seen through batches of one period.
+    const TransientCut overPeriods =
+        findTransientEnd(y, static_cast<std::size_t>(std::lround(period)));
+    if (overPeriods.end > cut.end) {
+      cut = overPeriods;
+      oscillation = findOscillation(y.subspan(cut.end));
+    }
+    cut.stillGoing = cut.stillGoing || overPeriods.stillGoing;
+  }
+  verdict.transientEnd = points.abscissa(cut.end);
   std::vector<std::size_t> limits;
   if (oscillation.found()) {
     std::vector<double> crossings = oscillation.upCrossings;
     for (double& crossing : crossings) crossing += static_cast<double>(cut.end);
-    verdict.period =
-        (abscissaAt(points.x, crossings.back()) - abscissaAt(points.x, crossings.front())) /
-        static_cast<double>(crossings.size() - 1);
+    verdict.period = (points.abscissaAt(crossings.back()) - points.abscissaAt(crossings.front())) /
+                     static_cast<double>(crossings.size() - 1);
     limits = periodBatches(crossings);
-    // The amplitude of the sine of the same variance.
-    double mean = 0.0;
-    for (std::size_t i = limits.front(); i < limits.back(); ++i) mean += points.y[i];
-    mean /= static_cast<double>(limits.back() - limits.front());
-    double squares = 0.0;
-    for (std::size_t i = limits.front(); i < limits.back(); ++i)
-      squares += (points.y[i] - mean) * (points.y[i] - mean);
-    verdict.amplitude =
-        std::sqrt(2.0 * squares / static_cast<double>(limits.back() - limits.front()));
+    verdict.amplitude = amplitudeOver(y, limits, oscillation.periodInSamples());
   }
-  if (limits.size() < 4) limits = equalBatches(cut.end, n, kBatches);
-  verdict.samples = limits.back() - limits.front();
   const MeanEstimate estimate =
-      estimateMean(points.y, points.x, limits, settings.confidence, kDriftLevel);
+      limits.size() >= 4
+          ? estimateMean(y, limits, points.batchPositions(limits), settings.confidence, kDriftLevel)
+          : steadyMean(points, cut.end, settings.confidence);
+  if (limits.size() < 4) limits = {cut.end, n};
+  verdict.samples = limits.back() - limits.front();
   verdict.mean = estimate.mean;
   verdict.halfWidth = estimate.halfWidth;
   verdict.drift = estimate.drift;
