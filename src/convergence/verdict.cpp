@@ -53,6 +53,9 @@ double amplitudeOver(std::span<const double> y, const std::vector<std::size_t>& 
 // Orders of magnitude dropped, from the highest value of the first tenth to
 // the mean decade of the last twentieth; still falling when the decades of
 // the last half hold a downward trend.
+// The last half of a residual is read at this many points at most.
+constexpr std::size_t kLastHalfSampled = 32768;
+
 void judgeResidual(const FinitePoints& points, Verdict& verdict) {
   const std::span<const double> values = points.values();
   if (std::any_of(values.begin(), values.end(), [](double value) { return !(value > 0.0); }))
@@ -62,15 +65,23 @@ void judgeResidual(const FinitePoints& points, Verdict& verdict) {
   const std::size_t late = std::max<std::size_t>(10, n / 20);
   const std::size_t half = n / 2;
   const double highest = std::log10(*std::max_element(values.begin(), values.begin() + early));
-  std::vector<double> decades(n - half);
-  std::transform(values.begin() + half, values.end(), decades.begin(),
-                 [](double value) { return kDecadesPerOctave * std::log2(value); });
+  // The last half in decades, one value in `stride`: enough for its level and
+  // trend, and the cost of the logarithms stays bounded on long histories.
+  const std::size_t stride = std::max<std::size_t>(1, (n - half) / kLastHalfSampled);
+  std::vector<double> decades;
+  decades.reserve((n - half) / stride + 1);
+  for (std::size_t i = half; i < n; i += stride)
+    decades.push_back(kDecadesPerOctave * std::log2(values[i]));
+  const std::size_t lateSampled = std::max<std::size_t>(1, late / stride);
   double recent = 0.0;
-  for (std::size_t i = decades.size() - late; i < decades.size(); ++i) recent += decades[i];
-  verdict.ordersDropped = highest - recent / static_cast<double>(late);
+  for (std::size_t i = decades.size() - lateSampled; i < decades.size(); ++i) recent += decades[i];
+  verdict.ordersDropped = highest - recent / static_cast<double>(lateSampled);
   const std::vector<std::size_t> limits = equalBatches(0, decades.size(), kMostBatches);
-  const MeanEstimate lastHalf =
-      estimateMean(decades, limits, points.batchPositions(limits, half), 0.95, kDriftLevel);
+  std::vector<double> positions(kMostBatches);
+  for (std::size_t j = 0; j < kMostBatches; ++j) {
+    positions[j] = points.abscissa(half + stride * (limits[j] + limits[j + 1] - 1) / 2);
+  }
+  const MeanEstimate lastHalf = estimateMean(decades, limits, positions, 0.95, kDriftLevel);
   verdict.stillFalling = lastHalf.drift && lastHalf.driftT < 0.0;
 }
 
