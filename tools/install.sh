@@ -4,7 +4,9 @@
 #   PREFIX/dune71/bin/monitor          turbomachinery mode (version tag "71")
 #   PREFIX/dune_marine71/bin/monitor   marine mode (version tag "_marine71")
 #
-# each with the start-up scripts of tcl/ in its _tcl folder. Then it registers
+# each with the start-up scripts of tcl/ in its _tcl folder, and beside it
+# bin/monitor-watch, the same model and verdicts without a display (it reads
+# either mode and needs no registry). Then it registers
 # both installations in the user's registry file ($TALVIK_REGISTRY when set,
 # else ~/.talvik/registry): the sections [Software\TALVIK\dune71] and
 # [Software\TALVIK\dune_marine71] are written or replaced, every other line of
@@ -38,11 +40,13 @@ case "${prefix,,}/" in
   */bin/* | */bin64/*) die "the prefix $prefix must not lie inside a folder named bin or bin64" ;;
 esac
 
-say "building the monitor (Release) in $build_dir"
+say "building the monitor and monitor-watch (Release) in $build_dir"
 cmake -S "$repo" -B "$build_dir" -DCMAKE_BUILD_TYPE=Release -DMONITOR_BUILD_TESTS=OFF >/dev/null
-cmake --build "$build_dir" -j2 --target monitor
+cmake --build "$build_dir" -j2 --target monitor monitor-watch
 binary=$build_dir/bin/monitor
+watch_binary=$build_dir/bin/monitor-watch
 [[ -x $binary ]] || die "the build did not produce $binary"
+[[ -x $watch_binary ]] || die "the build did not produce $watch_binary"
 
 for name in "${installations[@]}"; do
   root=$prefix/$name
@@ -51,11 +55,12 @@ for name in "${installations[@]}"; do
   mkdir -p "$root/bin" "$root/_tcl"
   # A copy, not a link: the program reads its installation from its own path.
   # Removing first lets a running copy keep its file.
-  rm -f "$root/bin/monitor"
+  rm -f "$root/bin/monitor" "$root/bin/monitor-watch"
   cp "$binary" "$root/bin/monitor"
-  chmod 0755 "$root/bin/monitor"
+  cp "$watch_binary" "$root/bin/monitor-watch"
+  chmod 0755 "$root/bin/monitor" "$root/bin/monitor-watch"
   cp -R "$repo/tcl/." "$root/_tcl/"
-  say "installed $root/bin/monitor (start-up script $root/_tcl/$script)"
+  say "installed $root/bin/monitor (start-up script $root/_tcl/$script) and $root/bin/monitor-watch"
 done
 
 # Writes the registry file anew: the sections named in SECTIONS (one

@@ -32,6 +32,10 @@ const ComponentHistories* objectNamed(const ProjectMonitorMarine& project, const
 
 }  // namespace
 
+std::string MarineVarsProvider::variableName(std::string_view quantity, std::string_view object) {
+  return std::string(quantity) + "_" + std::string(object);
+}
+
 void MarineVarsProvider::rebuild() {
   entries_.clear();
   byName_.clear();
@@ -41,7 +45,7 @@ void MarineVarsProvider::rebuild() {
   };
   for (const BodyObject* body : project_.motionBodies()) {
     const auto& columns = body->motion().columnNames();
-    for (std::size_t c = 0; c < columns.size(); ++c) add(columns[c] + "_" + body->name(), &body->motion().values(c));
+    for (std::size_t c = 0; c < columns.size(); ++c) add(variableName(columns[c], body->name()), &body->motion().values(c));
   }
   for (const Component component : {Component::force, Component::moment}) {
     const auto& names = component == Component::force ? std::vector<std::string_view>(marine::kForceNames.begin(), marine::kForceNames.end())
@@ -50,7 +54,7 @@ void MarineVarsProvider::rebuild() {
       const ComponentHistories* object = objectNamed(project_, objectName);
       for (std::size_t q = 0; q < names.size(); ++q) {
         if (!marine::quantityPresent(project_, component, static_cast<int>(q))) continue;
-        add(std::string(names[q]) + "_" + objectName,
+        add(variableName(names[q], objectName),
             object == nullptr ? nullptr : object->history(component, static_cast<int>(q)));
       }
     };

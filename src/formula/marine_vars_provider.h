@@ -6,6 +6,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -20,6 +21,10 @@ namespace formula {
 class MarineVarsProvider final : public QuantityDataProvider {
  public:
   explicit MarineVarsProvider(const marine::ProjectMonitorMarine& project) : project_(project) {}
+
+  // The name of the variable of a quantity ("Fx", a motion column "Z") of a
+  // body or sub-body ("hull"): "Fx_hull", "Z_hull".
+  static std::string variableName(std::string_view quantity, std::string_view object);
 
   // Lists the variables again from the project as it is now (motions of the
   // moving bodies, then forces and then moments of every body and sub-body).

@@ -233,6 +233,7 @@ ProjectMonitorMarine::Refresh ProjectMonitorMarine::refresh() {
   if (loaded_ && newRunOnDisk()) {
     startOver();
     result.changed = true;
+    result.newRun = true;
   }
   if (!loaded_) {
     if (!load()) return result;
@@ -240,7 +241,7 @@ ProjectMonitorMarine::Refresh ProjectMonitorMarine::refresh() {
   }
   if (!readFiles(result)) {
     startOver();
-    result = Refresh{false, true, {}};
+    result = Refresh{false, true, true, {}};
     fromScratch = true;
     if (!load()) return result;
     readFiles(result);

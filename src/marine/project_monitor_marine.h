@@ -41,6 +41,9 @@ class ProjectMonitorMarine {
   struct Refresh {
     bool succeeded = false;  // loaded, and every file read could be read
     bool changed = false;    // something new was read, or the run was reloaded
+    // The run held was dropped for a new one on disk (new creation stamp, or
+    // a rewritten residual, force or moment file): its histories start over.
+    bool newRun = false;
     // Files that were read before and have disappeared since: what was read
     // from them stays.
     std::vector<std::string> lostFiles;
