@@ -75,7 +75,9 @@ class ArrayProvider final : public formula::QuantityDataProvider {
     names.push_back("Fx_Rudder");
   }
   int GetPointsCount() const override { return static_cast<int>(data_.times.size()); }
-  double GetAbscissa(int point) const override { return data_.times[static_cast<std::size_t>(point)]; }
+  double GetAbscissa(int point) const override {
+    return data_.times[static_cast<std::size_t>(point)];
+  }
   double GetValue(int point, const std::string& name) const override {
     const std::vector<double>* values = GetSeries(name);
     return values == nullptr ? 0.0 : (*values)[static_cast<std::size_t>(point)];
@@ -93,7 +95,8 @@ class ArrayProvider final : public formula::QuantityDataProvider {
 void reportPerPoint(benchmark::State& state, std::size_t points) {
   state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * points));
   state.counters["per_point"] = benchmark::Counter(
-      static_cast<double>(points), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+      static_cast<double>(points),
+      benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
 void PlainLoop(benchmark::State& state) {
@@ -120,7 +123,8 @@ void TreeAndStore(benchmark::State& state) {
     const int hull = symbols.insert("Fx_Hull");
     const int rudder = symbols.insert("Fx_Rudder");
     formula::Parser parser(symbols, true);
-    if (parser.parse(kFormula) != formula::ParseStatus::ok) throw std::logic_error("the formula does not parse");
+    if (parser.parse(kFormula) != formula::ParseStatus::ok)
+      throw std::logic_error("the formula does not parse");
     const formula::Node& root = *parser.root();
     formula::VariableStore store(symbols);
     for (std::size_t i = 0; i < count; ++i) {
@@ -142,7 +146,8 @@ void ComputePlotPoints(benchmark::State& state) {
   points.reserve(data.times.size());
   for (auto _ : state) {
     points.clear();
-    if (!marine::computePlotPoints(provider, kFormula, 0, points)) throw std::logic_error("the plot failed");
+    if (!marine::computePlotPoints(provider, kFormula, 0, points))
+      throw std::logic_error("the plot failed");
     benchmark::DoNotOptimize(points.data());
     benchmark::ClobberMemory();
   }
@@ -151,7 +156,9 @@ void ComputePlotPoints(benchmark::State& state) {
 
 // With --benchmark_repetitions=N, the fastest repetition too: on a shared
 // machine it is the figure least disturbed by other work.
-double fastest(const std::vector<double>& values) { return *std::min_element(values.begin(), values.end()); }
+double fastest(const std::vector<double>& values) {
+  return *std::min_element(values.begin(), values.end());
+}
 
 }  // namespace
 

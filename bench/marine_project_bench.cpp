@@ -132,7 +132,8 @@ class RowWriter : public bench_support::TextRows {
     fixed(0.42 * i, 2);  // cpums
     for (std::size_t r = 0; r < kResiduals; ++r) {
       const double level = std::pow(10.0, -0.2 * static_cast<double>(r)) *
-                           (std::exp(-i * std::log(10.0) * 5.0 / 200000.0) + 1e-6) * (1.0 + noise(0.2));
+                           (std::exp(-i * std::log(10.0) * 5.0 / 200000.0) + 1e-6) *
+                           (1.0 + noise(0.2));
       scientific(level, 4);
     }
     end();
@@ -185,7 +186,8 @@ std::vector<ComponentFileLayout> componentFiles() {
       // "eff_FxP.dat" holds "FxP".
       const std::string quantity(name.substr(4, name.size() - 8));
       const double part = f % 3 == 0 ? 1.0 : (f % 3 == 1 ? 0.8 : 0.2);
-      const double scale = (table == &marine::kForceFileNames ? -2100.0 : 9500.0) * part / static_cast<double>(1 + f / 3);
+      const double scale = (table == &marine::kForceFileNames ? -2100.0 : 9500.0) * part /
+                           static_cast<double>(1 + f / 3);
       files.push_back({name, quantity, scale});
     }
   }
@@ -276,7 +278,8 @@ class CaseFolder {
     RowWriter writer(file.get());
     writer.text("#CREATED 14/03/2026 09:12:45\n#QV_BEGIN\nCALCUL\nMODE STEADY\n#QV_END\n");
     writer.text("#COLUMNS itnl cpums ResU ResV ResW ResP ResK\n");
-    for (std::size_t i = 1; i <= size_.residualRows; ++i) writer.residualRow(static_cast<std::int64_t>(i));
+    for (std::size_t i = 1; i <= size_.residualRows; ++i)
+      writer.residualRow(static_cast<std::int64_t>(i));
   }
 
   void writeBodyDescription() {
@@ -306,15 +309,19 @@ class CaseFolder {
     // last force row and the last residual row share their iteration.
     const std::size_t first = size_.residualRows - size_.forceRows * kIterationsPerForceRow;
     for (std::size_t row = 1; row <= size_.forceRows; ++row) {
-      writer.forceRow(static_cast<std::int64_t>(first + row * kIterationsPerForceRow), layout.scale);
+      writer.forceRow(static_cast<std::int64_t>(first + row * kIterationsPerForceRow),
+                      layout.scale);
     }
   }
 
   void writeDiskTable() {
     const File file = openFile(folder_ / "eff_AD.dat", "wb");
     RowWriter writer(file.get());
-    writer.text("VARIABLES = \"T\" \"Thrust1\" \"Torque1\" \"Thrust2\" \"Torque2\"\nZONE T=\"actuator disks\"\n");
-    for (std::size_t step = 1; step <= kDiskRows; ++step) writer.diskRow(static_cast<std::int64_t>(step));
+    writer.text(
+        "VARIABLES = \"T\" \"Thrust1\" \"Torque1\" \"Thrust2\" \"Torque2\"\nZONE T=\"actuator "
+        "disks\"\n");
+    for (std::size_t step = 1; step <= kDiskRows; ++step)
+      writer.diskRow(static_cast<std::int64_t>(step));
   }
 
   fs::path folder_;
@@ -357,7 +364,8 @@ class Workspace {
  private:
   Workspace() {
     std::string pattern = (fs::temp_directory_path() / "marine_project_bench.XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("cannot make a temporary folder");
+    if (mkdtemp(pattern.data()) == nullptr)
+      throw std::runtime_error("cannot make a temporary folder");
     folder_ = pattern;
   }
 
@@ -370,9 +378,11 @@ class Workspace {
 std::size_t storedDoubles(const marine::ProjectMonitorMarine& project) {
   std::size_t count = project.resFile().recordCount() * project.resFile().residualCount();
   const auto histories = [&count](const marine::ComponentHistories& object) {
-    for (const marine::Component component : {marine::Component::force, marine::Component::moment}) {
+    for (const marine::Component component :
+         {marine::Component::force, marine::Component::moment}) {
       for (int quantity = 0; quantity < 18; quantity += 2) {
-        if (const std::vector<double>* values = object.history(component, quantity)) count += values->size();
+        if (const std::vector<double>* values = object.history(component, quantity))
+          count += values->size();
       }
     }
   };
@@ -385,7 +395,8 @@ std::size_t storedDoubles(const marine::ProjectMonitorMarine& project) {
 
 // Whether the project holds every row of the case, `extra` rows appended
 // included.
-bool holdsWholeCase(const marine::ProjectMonitorMarine& project, const CaseSize& size, std::size_t extra = 0) {
+bool holdsWholeCase(const marine::ProjectMonitorMarine& project, const CaseSize& size,
+                    std::size_t extra = 0) {
   if (!project.loaded() || project.bodies().size() != kBodies.size()) return false;
   if (project.resFile().recordCount() != size.residualRows + extra ||
       project.resFile().residualCount() != kResiduals) {
@@ -395,8 +406,8 @@ bool holdsWholeCase(const marine::ProjectMonitorMarine& project, const CaseSize&
   for (const marine::ComponentFile& file : project.componentFiles()) {
     if (file.rowsRead() != size.forceRows + extra) return false;
   }
-  return storedDoubles(project) ==
-         (size.residualRows + extra) * kResiduals + (size.forceRows + extra) * kValuesPerForceRow * 18;
+  return storedDoubles(project) == (size.residualRows + extra) * kResiduals +
+                                       (size.forceRows + extra) * kValuesPerForceRow * 18;
 }
 
 // Resident memory after the load of the full-size case: what the histories
@@ -444,7 +455,8 @@ void FullLoad(benchmark::State& state) {
       state.SkipWithError("the case did not load whole");
       break;
     }
-    benchmark::DoNotOptimize(project.resFile().record(project.resFile().recordCount() - 1).valueAt(0));
+    benchmark::DoNotOptimize(
+        project.resFile().record(project.resFile().recordCount() - 1).valueAt(0));
     discarded.str({});
   }
   const double cpu = processCpuSeconds() - cpuStart;
@@ -496,7 +508,8 @@ void RefreshAfterOneRow(benchmark::State& state) {
     state.SetIterationTime(seconds);
     slowest = std::max(slowest, seconds);
     slowestCpu = std::max(slowestCpu, cpu);
-    if (!result.succeeded || !result.changed || project.resFile().recordCount() != data->size().residualRows + appended) {
+    if (!result.succeeded || !result.changed ||
+        project.resFile().recordCount() != data->size().residualRows + appended) {
       state.SkipWithError("the appended rows were not read");
       break;
     }

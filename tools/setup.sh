@@ -12,6 +12,7 @@ packages=(
   libbenchmark-dev         # benchmarks in bench/
   gnuplot-nox time         # the comparison and the timing of bench/window_open_bench.sh
   clang libclang-rt-14-dev # the libFuzzer harnesses in fuzz/
+  clang-format             # tools/check_format.sh, run by CI
   xvfb xauth               # virtual display for the end-to-end tests and the demo
   x11-apps netpbm          # screenshots of the windows (xwd, then xwdtopnm and pnmtopng)
   locales                  # a decimal-comma locale for the locale-independence tests

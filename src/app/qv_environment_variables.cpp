@@ -114,7 +114,8 @@ bool QVEnvironmentVariables::setUp(const std::vector<std::string>& arguments,
     DRIVER = driver;
     system.exportVariable("DRIVER", driver);
   }
-  if (!system.environmentVariable("GMX_REVERSEVIDEO")) system.exportVariable("GMX_REVERSEVIDEO", "on");
+  if (!system.environmentVariable("GMX_REVERSEVIDEO"))
+    system.exportVariable("GMX_REVERSEVIDEO", "on");
 
   const std::string helpRoot = root + kSep + "html" + kSep + "online_help" + kSep;
   VORTAXE_DIR = root + kSep + "bin";
@@ -156,12 +157,18 @@ bool QVEnvironmentVariables::setUp(const std::vector<std::string>& arguments,
   GRA_EXE = bin + "monitor" + kExeSuffix;
 
   const std::pair<const char*, const std::string*> finalExports[] = {
-      {"TALVIK_DIR", &TALVIK_DIR},   {"VORTAXE_DIR", &VORTAXE_DIR},
-      {"TCL_PATH", &TCL_PATH},       {"TCL_LIBRARY", &TCL_LIBRARY},
-      {"TK_LIBRARY", &TK_LIBRARY},   {"TIX_LIBRARY", &TIX_LIBRARY},
-      {"BLT_LIBRARY", &BLT_LIBRARY}, {"PLOTVU_PATH", &PLOTVU_PATH},
-      {"QV_VERSIONS_DIR", &QV_VERSIONS_DIR}, {"GMX_EXE", &GMX_EXE},
-      {"VTX_EXE", &VTX_EXE},         {"GRA_EXE", &GRA_EXE},
+      {"TALVIK_DIR", &TALVIK_DIR},
+      {"VORTAXE_DIR", &VORTAXE_DIR},
+      {"TCL_PATH", &TCL_PATH},
+      {"TCL_LIBRARY", &TCL_LIBRARY},
+      {"TK_LIBRARY", &TK_LIBRARY},
+      {"TIX_LIBRARY", &TIX_LIBRARY},
+      {"BLT_LIBRARY", &BLT_LIBRARY},
+      {"PLOTVU_PATH", &PLOTVU_PATH},
+      {"QV_VERSIONS_DIR", &QV_VERSIONS_DIR},
+      {"GMX_EXE", &GMX_EXE},
+      {"VTX_EXE", &VTX_EXE},
+      {"GRA_EXE", &GRA_EXE},
       {"PLV_EXE", &PLV_EXE},
   };
   for (const auto& [name, value] : finalExports) system.exportVariable(name, *value);
@@ -170,4 +177,3 @@ bool QVEnvironmentVariables::setUp(const std::vector<std::string>& arguments,
 }
 
 }  // namespace app
-

@@ -1,7 +1,6 @@
 #include "app/version_tag.h"
 
 #include "app/build_configuration.h"
-
 #include "platform/system_services.h"
 
 namespace app {
@@ -18,7 +17,8 @@ std::string lowerAscii(std::string_view text) {
 // Removes the first occurrence of `separator word separator` and everything
 // after it; true when something was removed.
 bool removeFolderAndRest(std::string& path, std::string_view word) {
-  const std::string pattern = platform::kPathSeparator + std::string(word) + platform::kPathSeparator;
+  const std::string pattern =
+      platform::kPathSeparator + std::string(word) + platform::kPathSeparator;
   const std::size_t at = path.find(pattern);
   if (at == std::string::npos) return false;
   path.erase(at);
@@ -81,7 +81,8 @@ std::vector<std::string> registryKeysFor(const VersionTag& version, const ToolWo
   const std::string root = "Software\\TALVIK\\";
   const std::string familyKey = root + std::string(kProductWord) + version.tag;
   if (version.tool == 0) return {familyKey};
-  const std::string toolKey = root + tools[static_cast<std::size_t>(version.tool) - 1] + version.tag;
+  const std::string toolKey =
+      root + tools[static_cast<std::size_t>(version.tool) - 1] + version.tag;
   if (version.tool == 1) return {toolKey, familyKey};
   return {toolKey};
 }

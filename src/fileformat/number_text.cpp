@@ -16,9 +16,7 @@ bool isCBlank(char c) {
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-bool isHexDigit(char c) {
-  return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
-}
+bool isHexDigit(char c) { return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
 
 std::string_view skipBlanks(std::string_view text) {
   while (!text.empty() && isCBlank(text.front())) text.remove_prefix(1);
@@ -71,12 +69,14 @@ std::size_t parseLeadingDouble(std::string_view text, double& value) {
     negative = text.front() == '-';
     text.remove_prefix(1);
   }
-  const bool hexadecimal = text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X') &&
-                           (isHexDigit(text[2]) || (text[2] == '.' && text.size() > 3 && isHexDigit(text[3])));
+  const bool hexadecimal =
+      text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X') &&
+      (isHexDigit(text[2]) || (text[2] == '.' && text.size() > 3 && isHexDigit(text[3])));
   double read = 0.0;
   const char* end = text.data();
   if (hexadecimal) {
-    end = std::from_chars(text.data() + 2, text.data() + text.size(), read, std::chars_format::hex).ptr;
+    end = std::from_chars(text.data() + 2, text.data() + text.size(), read, std::chars_format::hex)
+              .ptr;
   } else if (!text.empty() && text.front() != '-' && text.front() != '+') {
     const auto result = std::from_chars(text.data(), text.data() + text.size(), read);
     end = result.ptr;

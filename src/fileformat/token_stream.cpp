@@ -19,7 +19,8 @@ double tokenReal(std::string_view token) {
 }
 
 void TokenStream::reportMissingReal() const {
-  if (missingReal_ == MissingReal::report) platform::consoleLine("read:: float number not read !!!");
+  if (missingReal_ == MissingReal::report)
+    platform::consoleLine("read:: float number not read !!!");
 }
 
 bool TokenStream::readWord(std::string& word) {

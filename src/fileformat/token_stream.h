@@ -19,10 +19,14 @@ namespace fileformat {
 
 inline bool isNonFiniteToken(std::string_view token) {
   switch (token.size()) {
-    case 3: return token == "nan" || token == "NaN" || token == "NAN";
-    case 4: return token == "+INF" || token == "-INF";
-    case 8: return token == "Infinity";
-    default: return false;
+    case 3:
+      return token == "nan" || token == "NaN" || token == "NAN";
+    case 4:
+      return token == "+INF" || token == "-INF";
+    case 8:
+      return token == "Infinity";
+    default:
+      return false;
   }
 }
 
@@ -46,10 +50,10 @@ class TokenStream {
     if (eof_) return false;
     const std::string_view token = nextToken();
     if (fail_) return false;
-    value = isNonFiniteToken(token)
-                ? 5
-                : static_cast<std::int32_t>(leadingInteger(token, std::numeric_limits<std::int32_t>::min(),
-                                                           std::numeric_limits<std::int32_t>::max()));
+    value = isNonFiniteToken(token) ? 5
+                                    : static_cast<std::int32_t>(leadingInteger(
+                                          token, std::numeric_limits<std::int32_t>::min(),
+                                          std::numeric_limits<std::int32_t>::max()));
     return true;
   }
   bool readReal(float& value) {

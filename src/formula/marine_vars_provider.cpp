@@ -17,7 +17,8 @@ constexpr double kMissing = std::numeric_limits<double>::quiet_NaN();
 
 // The object a variable names: the first body of that name, else the last
 // sub-body of that name among all bodies.
-const ComponentHistories* objectNamed(const ProjectMonitorMarine& project, const std::string& name) {
+const ComponentHistories* objectNamed(const ProjectMonitorMarine& project,
+                                      const std::string& name) {
   for (const BodyObject& body : project.bodies()) {
     if (body.name() == name) return &body;
   }
@@ -45,11 +46,15 @@ void MarineVarsProvider::rebuild() {
   };
   for (const BodyObject* body : project_.motionBodies()) {
     const auto& columns = body->motion().columnNames();
-    for (std::size_t c = 0; c < columns.size(); ++c) add(variableName(columns[c], body->name()), &body->motion().values(c));
+    for (std::size_t c = 0; c < columns.size(); ++c)
+      add(variableName(columns[c], body->name()), &body->motion().values(c));
   }
   for (const Component component : {Component::force, Component::moment}) {
-    const auto& names = component == Component::force ? std::vector<std::string_view>(marine::kForceNames.begin(), marine::kForceNames.end())
-                                                      : std::vector<std::string_view>(marine::kMomentNames.begin(), marine::kMomentNames.end());
+    const auto& names =
+        component == Component::force
+            ? std::vector<std::string_view>(marine::kForceNames.begin(), marine::kForceNames.end())
+            : std::vector<std::string_view>(marine::kMomentNames.begin(),
+                                            marine::kMomentNames.end());
     const auto addObject = [&](const std::string& objectName) {
       const ComponentHistories* object = objectNamed(project_, objectName);
       for (std::size_t q = 0; q < names.size(); ++q) {
@@ -79,7 +84,8 @@ double MarineVarsProvider::GetAbscissa(int point) const {
   const BodyObject& first = project_.bodies().front();
   const auto index = static_cast<std::size_t>(point);
   if (project_.unsteady()) return index < first.times().size() ? first.times()[index] : kMissing;
-  return index < first.iterations().size() ? static_cast<double>(first.iterations()[index]) : kMissing;
+  return index < first.iterations().size() ? static_cast<double>(first.iterations()[index])
+                                           : kMissing;
 }
 
 double MarineVarsProvider::GetValue(int point, const std::string& name) const {

@@ -39,8 +39,8 @@ class MarineVarsProvider final : public QuantityDataProvider {
 
  private:
   struct Entry {
-    std::string name;                     // component + "_" + object
-    const std::vector<double>* series;    // the component's history
+    std::string name;                   // component + "_" + object
+    const std::vector<double>* series;  // the component's history
   };
 
   const marine::ProjectMonitorMarine& project_;

@@ -8,7 +8,8 @@ namespace formula {
 
 double VarNode::Calc(VariableStore& store) const {
   if (store.isSet(id_)) return store.value(id_);
-  const std::string name = id_ >= 0 && id_ < store.symbols().size() ? store.symbols().name(id_) : std::string();
+  const std::string name =
+      id_ >= 0 && id_ < store.symbols().size() ? store.symbols().name(id_) : std::string();
   std::cerr << "Error: Use of uninitialized variable " << name << '\n' << std::flush;
   throw FormulaError("Use of uninitialized variable " + name);
 }

@@ -60,7 +60,8 @@ class UMinusNode final : public Node {
 
 class FunNode final : public Node {
  public:
-  FunNode(Function function, NodePtr argument) : function_(function), argument_(std::move(argument)) {}
+  FunNode(Function function, NodePtr argument)
+      : function_(function), argument_(std::move(argument)) {}
   double Calc(VariableStore& store) const override { return function_(argument_->Calc(store)); }
 
  private:

@@ -122,7 +122,8 @@ NodePtr Parser::call(const std::string& name) {
     std::cerr << "Error: Unknown function \"" << name << "\"\n" << std::flush;
     throw FormulaError("Unknown function \"" + name + "\"");
   }
-  return std::make_unique<FunNode>(kFunctions[static_cast<std::size_t>(id)].function, std::move(argument));
+  return std::make_unique<FunNode>(kFunctions[static_cast<std::size_t>(id)].function,
+                                   std::move(argument));
 }
 
 NodePtr Parser::variable(const std::string& name) {
@@ -134,7 +135,8 @@ NodePtr Parser::variable(const std::string& name) {
     }
     id = symbols_.insert(name);
   }
-  if (std::find(referenced_.begin(), referenced_.end(), id) == referenced_.end()) referenced_.push_back(id);
+  if (std::find(referenced_.begin(), referenced_.end(), id) == referenced_.end())
+    referenced_.push_back(id);
   return std::make_unique<VarNode>(id);
 }
 

@@ -26,7 +26,8 @@ class Parser {
  public:
   // With `closedSymbols`, an unknown identifier is an error instead of a new
   // variable.
-  Parser(SymbolTable& symbols, bool closedSymbols) : symbols_(symbols), closedSymbols_(closedSymbols) {}
+  Parser(SymbolTable& symbols, bool closedSymbols)
+      : symbols_(symbols), closedSymbols_(closedSymbols) {}
 
   // Parses one expression from the start of the text; what follows it is
   // not looked at. Raises FormulaError for an unknown function (after a line

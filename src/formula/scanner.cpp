@@ -9,7 +9,9 @@ namespace {
 
 bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; }
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
-bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f'; }
+bool isSpace(char c) {
+  return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f';
+}
 
 }  // namespace
 
@@ -28,7 +30,8 @@ Token Scanner::next() {
   if (isDigit(c) || c == '.') return scanNumber();
   if (isLetter(c)) {
     identifierStart_ = position_;
-    while (position_ < text_.size() && (isLetter(text_[position_]) || isDigit(text_[position_]))) ++position_;
+    while (position_ < text_.size() && (isLetter(text_[position_]) || isDigit(text_[position_])))
+      ++position_;
     identifierLength_ = position_ - identifierStart_;
     if (identifierLength_ > kMaxIdentifierLength) {
       std::cerr << "Warning: Variable name truncated\n" << std::flush;
@@ -38,14 +41,22 @@ Token Scanner::next() {
   }
   ++position_;
   switch (c) {
-    case '+': return current_ = Token::plus;
-    case '*': return current_ = Token::times;
-    case '-': return current_ = Token::minus;
-    case '/': return current_ = Token::divide;
-    case '(': return current_ = Token::leftParenthesis;
-    case ')': return current_ = Token::rightParenthesis;
-    case '=': return scanNumber();
-    default: return current_ = Token::error;
+    case '+':
+      return current_ = Token::plus;
+    case '*':
+      return current_ = Token::times;
+    case '-':
+      return current_ = Token::minus;
+    case '/':
+      return current_ = Token::divide;
+    case '(':
+      return current_ = Token::leftParenthesis;
+    case ')':
+      return current_ = Token::rightParenthesis;
+    case '=':
+      return scanNumber();
+    default:
+      return current_ = Token::error;
   }
 }
 

@@ -14,7 +14,8 @@ class VariableStore {
 
   void set(int id, double value);
   bool isSet(int id) const {
-    return id >= 0 && static_cast<std::size_t>(id) < initialised_.size() && initialised_[static_cast<std::size_t>(id)] != 0;
+    return id >= 0 && static_cast<std::size_t>(id) < initialised_.size() &&
+           initialised_[static_cast<std::size_t>(id)] != 0;
   }
   double value(int id) const { return values_[static_cast<std::size_t>(id)]; }
   const SymbolTable& symbols() const { return symbols_; }

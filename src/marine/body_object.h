@@ -60,7 +60,10 @@ class BodyObject : public ComponentHistories {
   // any other name.
   bool addRowKey(std::string_view name, double value);
   const std::vector<double>& times() const { return times_; }
-  void reserveRows(std::size_t count) { times_.reserve(count); iterations_.reserve(count); }
+  void reserveRows(std::size_t count) {
+    times_.reserve(count);
+    iterations_.reserve(count);
+  }
   const std::vector<std::int32_t>& iterations() const { return iterations_; }
   // Physical times of the converged rows.
   const std::vector<double>& convergedTimes() const { return convergedTimes_; }

@@ -14,24 +14,25 @@ inline constexpr std::array<std::string_view, 8> kResidualNames = {
 // Per axis: total, total per time step, pressure part, its value per time
 // step, viscous part, its value per time step.
 inline constexpr std::array<std::string_view, 18> kForceNames = {
-    "Fx", "FxDyn", "FxP", "FxPDyn", "FxV", "FxVDyn", "Fy", "FyDyn", "FyP",
-    "FyPDyn", "FyV", "FyVDyn", "Fz", "FzDyn", "FzP", "FzPDyn", "FzV", "FzVDyn"};
+    "Fx",     "FxDyn", "FxP",    "FxPDyn", "FxV",   "FxVDyn", "Fy",     "FyDyn", "FyP",
+    "FyPDyn", "FyV",   "FyVDyn", "Fz",     "FzDyn", "FzP",    "FzPDyn", "FzV",   "FzVDyn"};
 
 // The moment table has three slots more than it has names; the moment
 // commands check their indexes against all 21 slots.
 inline constexpr std::array<std::string_view, 21> kMomentNames = {
-    "Mx", "MxDyn", "MxP", "MxPDyn", "MxV", "MxVDyn", "My", "MyDyn", "MyP", "MyPDyn", "MyV",
-    "MyVDyn", "Mz", "MzDyn", "MzP", "MzPDyn", "MzV", "MzVDyn", "", "", ""};
+    "Mx",    "MxDyn",  "MxP",    "MxPDyn", "MxV",    "MxVDyn", "My",
+    "MyDyn", "MyP",    "MyPDyn", "MyV",    "MyVDyn", "Mz",     "MzDyn",
+    "MzP",   "MzPDyn", "MzV",    "MzVDyn", "",       "",       ""};
 
 inline constexpr int kForceCount = 18;
 inline constexpr int kMomentCount = 21;
 
 inline constexpr std::array<std::string_view, 9> kForceFileNames = {
-    "eff_Fx.dat", "eff_FxP.dat", "eff_FxV.dat", "eff_Fy.dat", "eff_FyP.dat",
-    "eff_FyV.dat", "eff_Fz.dat", "eff_FzP.dat", "eff_FzV.dat"};
+    "eff_Fx.dat",  "eff_FxP.dat", "eff_FxV.dat", "eff_Fy.dat", "eff_FyP.dat",
+    "eff_FyV.dat", "eff_Fz.dat",  "eff_FzP.dat", "eff_FzV.dat"};
 inline constexpr std::array<std::string_view, 9> kMomentFileNames = {
-    "eff_Mx.dat", "eff_MxP.dat", "eff_MxV.dat", "eff_My.dat", "eff_MyP.dat",
-    "eff_MyV.dat", "eff_Mz.dat", "eff_MzP.dat", "eff_MzV.dat"};
+    "eff_Mx.dat",  "eff_MxP.dat", "eff_MxV.dat", "eff_My.dat", "eff_MyP.dat",
+    "eff_MyV.dat", "eff_Mz.dat",  "eff_MzP.dat", "eff_MzV.dat"};
 
 inline constexpr int kComponentFiles = 9;
 

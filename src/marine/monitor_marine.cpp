@@ -16,7 +16,8 @@ std::string MonitorMarine::preferencesPathFor(const std::string& scratchFolder) 
   return scratchFolder + "/" + ".." + "/" + "preferences.dat";
 }
 
-MonitorMarine::MonitorMarine(const std::vector<std::string>& arguments, const std::string& preferencesPath) {
+MonitorMarine::MonitorMarine(const std::vector<std::string>& arguments,
+                             const std::string& preferencesPath) {
   processMonitor = this;
   preferences_.read(preferencesPath);
   for (std::size_t i = 1; i + 1 < arguments.size(); ++i) {

@@ -20,7 +20,8 @@ class Preferences {
   void read(const std::string& path);
 
   // The value of the key in the group, or `fallback` when it has none.
-  std::string getPreference(const std::string& group, const std::string& key, const std::string& fallback);
+  std::string getPreference(const std::string& group, const std::string& key,
+                            const std::string& fallback);
 
  private:
   std::map<std::string, std::map<std::string, std::string>> groups_;

@@ -12,7 +12,8 @@ bool sameResiduals(const ResFileMarine& first, const ResFileMarine& second) {
   return true;
 }
 
-bool sameMotions(const std::vector<const BodyObject*>& first, const std::vector<const BodyObject*>& second) {
+bool sameMotions(const std::vector<const BodyObject*>& first,
+                 const std::vector<const BodyObject*>& second) {
   if (first.size() != second.size()) return false;
   for (std::size_t b = 0; b < first.size(); ++b) {
     if (first[b]->name() != second[b]->name() ||
@@ -23,7 +24,8 @@ bool sameMotions(const std::vector<const BodyObject*>& first, const std::vector<
   return true;
 }
 
-bool sameComponents(const std::vector<ComponentFile>& first, const std::vector<ComponentFile>& second) {
+bool sameComponents(const std::vector<ComponentFile>& first,
+                    const std::vector<ComponentFile>& second) {
   if (first.size() != second.size()) return false;
   for (std::size_t f = 0; f < first.size(); ++f) {
     if (first[f].present() != second[f].present()) return false;

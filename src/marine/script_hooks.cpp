@@ -10,7 +10,8 @@ ScriptEvaluator* installedEvaluator = nullptr;
 void setScriptEvaluator(ScriptEvaluator* evaluator) { installedEvaluator = evaluator; }
 
 void reportBadFile(const std::string& what) {
-  if (installedEvaluator != nullptr) installedEvaluator->evaluate("catch { itm_error_badfile " + what + " }");
+  if (installedEvaluator != nullptr)
+    installedEvaluator->evaluate("catch { itm_error_badfile " + what + " }");
 }
 
 }  // namespace marine

@@ -27,7 +27,7 @@ class RegistryFile {
 
  private:
   using Values = std::map<std::string, std::string>;  // lower-cased name -> value
-  std::map<std::string, Values> keys_;                 // lower-cased key path -> values
+  std::map<std::string, Values> keys_;                // lower-cased key path -> values
 };
 
 // The registry files in the order in which they are consulted: the file named

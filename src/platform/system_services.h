@@ -37,7 +37,7 @@ class SystemServices {
   // with backslashes) exists, and the named value inside it.
   virtual bool registryKeyExists(const std::string& keyPath) = 0;
   virtual std::optional<std::string> registryValue(const std::string& keyPath,
-                                                    const std::string& valueName) = 0;
+                                                   const std::string& valueName) = 0;
 
   virtual std::optional<std::string> environmentVariable(const std::string& name) = 0;
   // Sets a process environment variable; child processes and the scripts see it.

@@ -35,9 +35,7 @@ class PosixServices final : public SystemServices {
     return result;
   }
 
-  bool registryKeyExists(const std::string& keyPath) override {
-    return registry().hasKey(keyPath);
-  }
+  bool registryKeyExists(const std::string& keyPath) override { return registry().hasKey(keyPath); }
 
   std::optional<std::string> registryValue(const std::string& keyPath,
                                            const std::string& valueName) override {

@@ -2,11 +2,11 @@
 // HKEY_LOCAL_MACHINE and the C runtime's environment.
 #ifdef _WIN32
 
+#include <direct.h>
 #include <windows.h>
 
 #include <cstdlib>
 #include <deque>
-#include <direct.h>
 #include <iostream>
 
 #include "platform/system_services.h"
@@ -50,7 +50,8 @@ class Win32Services final : public SystemServices {
     }
     DWORD size = 0;
     std::optional<std::string> value;
-    if (::RegQueryValueExA(key, valueName.c_str(), nullptr, nullptr, nullptr, &size) == ERROR_SUCCESS) {
+    if (::RegQueryValueExA(key, valueName.c_str(), nullptr, nullptr, nullptr, &size) ==
+        ERROR_SUCCESS) {
       std::string data(size, '\0');
       if (::RegQueryValueExA(key, valueName.c_str(), nullptr, nullptr,
                              reinterpret_cast<BYTE*>(data.data()), &size) == ERROR_SUCCESS) {

@@ -62,14 +62,16 @@ std::pair<std::size_t, std::size_t> CurvePoints::scan(std::size_t begin, std::si
   return {lowest, highest};
 }
 
-std::pair<std::size_t, std::size_t> CurvePoints::extremes(std::size_t begin, std::size_t end) const {
+std::pair<std::size_t, std::size_t> CurvePoints::extremes(std::size_t begin,
+                                                          std::size_t end) const {
   const std::size_t firstWhole = (begin + kBlock - 1) / kBlock;
   const std::size_t endWhole = end / kBlock;
   if (firstWhole >= endWhole) return scan(begin, end);
   // The partial block before the whole ones, the whole ones from the
   // summary, the partial block after them.
-  auto [lowest, highest] = begin < firstWhole * kBlock ? scan(begin, firstWhole * kBlock)
-                                                       : std::pair{blockLowest_[firstWhole], blockHighest_[firstWhole]};
+  auto [lowest, highest] = begin < firstWhole * kBlock
+                               ? scan(begin, firstWhole * kBlock)
+                               : std::pair{blockLowest_[firstWhole], blockHighest_[firstWhole]};
   const auto take = [&](std::size_t low, std::size_t high) {
     if (y_[low] < y_[lowest]) lowest = low;
     if (y_[high] > y_[highest]) highest = high;
@@ -109,8 +111,10 @@ ThinnedPoints CurvePoints::thin(double xMin, double xMax, int columns) const {
   }
   const auto at = [this](std::size_t i) { return x_.begin() + static_cast<std::ptrdiff_t>(i); };
   // One point beyond each border, so that the line leaves the plot there.
-  std::size_t first = static_cast<std::size_t>(std::lower_bound(x_.begin(), x_.end(), xMin) - x_.begin());
-  std::size_t last = static_cast<std::size_t>(std::upper_bound(x_.begin(), x_.end(), xMax) - x_.begin());
+  std::size_t first =
+      static_cast<std::size_t>(std::lower_bound(x_.begin(), x_.end(), xMin) - x_.begin());
+  std::size_t last =
+      static_cast<std::size_t>(std::upper_bound(x_.begin(), x_.end(), xMax) - x_.begin());
   if (first > 0) --first;
   if (last < size) ++last;
   const std::size_t columnCount = columns > 0 ? static_cast<std::size_t>(columns) : 1;
@@ -120,7 +124,8 @@ ThinnedPoints CurvePoints::thin(double xMin, double xMax, int columns) const {
   xMax = std::min(xMax, x_.back());
   if (last - first <= kPointsKeptPerColumn * columnCount || !(xMin < xMax)) {
     out.x.assign(at(first), at(last));
-    out.y.assign(y_.begin() + static_cast<std::ptrdiff_t>(first), y_.begin() + static_cast<std::ptrdiff_t>(last));
+    out.y.assign(y_.begin() + static_cast<std::ptrdiff_t>(first),
+                 y_.begin() + static_cast<std::ptrdiff_t>(last));
     return out;
   }
   out.x.reserve(kPointsKeptPerColumn * (columnCount + 2));
@@ -134,11 +139,13 @@ ThinnedPoints CurvePoints::thin(double xMin, double xMax, int columns) const {
     const double x0 = x_[begin];
     std::size_t end = begin + 1;
     if (x0 >= xMin && x0 <= xMax) {
-      const auto column = std::min(static_cast<std::size_t>((x0 - xMin) / columnWidth), columnCount - 1);
+      const auto column =
+          std::min(static_cast<std::size_t>((x0 - xMin) / columnWidth), columnCount - 1);
       end = column + 1 == columnCount
                 ? static_cast<std::size_t>(std::upper_bound(at(begin), at(last), xMax) - x_.begin())
                 : static_cast<std::size_t>(
-                      std::lower_bound(at(begin), at(last), xMin + static_cast<double>(column + 1) * columnWidth) -
+                      std::lower_bound(at(begin), at(last),
+                                       xMin + static_cast<double>(column + 1) * columnWidth) -
                       x_.begin());
       end = std::max(end, begin + 1);
     }

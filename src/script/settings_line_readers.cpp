@@ -41,7 +41,8 @@ int reportWrongFormat(LineStatus& status, std::string_view consoleTag, std::stri
 
 int readStrings(LineStatus& status, std::string& text, const std::string& line) {
   const std::vector<Word> words = splitWords(line);
-  if (words.empty()) return reportWrongFormat(status, "  wrong format for15: ", "", " <strings> ", line);
+  if (words.empty())
+    return reportWrongFormat(status, "  wrong format for15: ", "", " <strings> ", line);
   std::string_view rest = std::string_view(line).substr(words.front().end);
   const auto isBlankOrTab = [](char c) { return c == ' ' || c == '\t'; };
   while (!rest.empty() && isBlankOrTab(rest.front())) rest.remove_prefix(1);

@@ -16,7 +16,9 @@ std::int32_t toInt32(const char* text) {
 
 }  // namespace
 
-TclArgStream::TclArgStream(int count, const char* const* items) { pushLevel(count, items, nullptr); }
+TclArgStream::TclArgStream(int count, const char* const* items) {
+  pushLevel(count, items, nullptr);
+}
 
 TclArgStream::~TclArgStream() {
   for (Level& level : levels_) {
@@ -61,7 +63,8 @@ ArgStream& TclArgStream::beginList() {
 
 ArgStream& TclArgStream::endList() {
   if (levels_.size() < 2) return *this;
-  if (current().splitElements != nullptr) Tcl_Free(reinterpret_cast<char*>(current().splitElements));
+  if (current().splitElements != nullptr)
+    Tcl_Free(reinterpret_cast<char*>(current().splitElements));
   levels_.pop_back();
   return *this;
 }

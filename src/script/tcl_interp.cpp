@@ -64,8 +64,8 @@ int TCLInterp::evalFile(const std::string& path) {
 int TCLInterp::reportAndFinish(int code) {
   if (code != TCL_OK) {
     const int line = Tcl_GetErrorLine(interp_);
-    platform::consoleWrite(" TCL ERROR " + std::to_string(line) + " " + Tcl_GetStringResult(interp_) +
-                           "\n");
+    platform::consoleWrite(" TCL ERROR " + std::to_string(line) + " " +
+                           Tcl_GetStringResult(interp_) + "\n");
     platform::consoleWrite(errorInfo(interp_) + "\n");
     if (code == TCL_ERROR) {
       // Only later readers of errorInfo see this; the report above does not.

@@ -25,7 +25,9 @@ ResultStream& TclResultStream::operator<<(double value) {
   return insertScalar(fileformat::formatGeneral(value, kPrecision));
 }
 
-ResultStream& TclResultStream::operator<<(char value) { return insertScalar(std::string_view(&value, 1)); }
+ResultStream& TclResultStream::operator<<(char value) {
+  return insertScalar(std::string_view(&value, 1));
+}
 
 ResultStream& TclResultStream::operator<<(std::string_view text) {
   // A first item at the top level is the whole answer and needs no braces.

@@ -106,11 +106,14 @@ void TkSession::loadExtensions() {
 
 void TkSession::setApplicationFlags() {
   const std::pair<const char*, const char*> flags[] = {
-      {"versionChecking", "1"}, {"gridlark_only", "0"},    {"gridlark_multiblock", "0"},
-      {"is_vexo", "0"},         {"parasolid_is_used", "0"}, {"catiav5_is_used", "1"},
-      {"multithread", "0"},     {"debug", "0"},             {"is_a_library", "0"},
+      {"versionChecking", "1"},     {"gridlark_only", "0"},
+      {"gridlark_multiblock", "0"}, {"is_vexo", "0"},
+      {"parasolid_is_used", "0"},   {"catiav5_is_used", "1"},
+      {"multithread", "0"},         {"debug", "0"},
+      {"is_a_library", "0"},
   };
-  for (const auto& [element, value] : flags) setArrayElement(interp_->interp(), "app", element, value);
+  for (const auto& [element, value] : flags)
+    setArrayElement(interp_->interp(), "app", element, value);
 }
 
 int TkSession::doOneEvent() {

@@ -44,7 +44,8 @@ bool readCurvePair(NumberReader& in, std::int32_t count, std::vector<float>& fir
   ensurePoints(second, count);
   for (std::int32_t k = 0; k < count; ++k) {
     const std::size_t x = 2 * static_cast<std::size_t>(k);
-    if (!in.read(first[x]) || !in.read(second[x]) || !in.read(first[x + 1]) || !in.read(second[x + 1])) {
+    if (!in.read(first[x]) || !in.read(second[x]) || !in.read(first[x + 1]) ||
+        !in.read(second[x + 1])) {
       return false;
     }
   }

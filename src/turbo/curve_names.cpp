@@ -10,7 +10,7 @@ namespace {
 struct CurveEntry {
   enum class Kind { global, equation, extraEquation };
   Kind kind;
-  int number;    // global position, equation, or extra equation
+  int number;  // global position, equation, or extra equation
   bool rms;
 };
 
@@ -24,7 +24,9 @@ Tables& tables() {
   return instance;
 }
 
-void add(Tables& t, std::string name, CurveEntry entry) { t.entries.emplace(std::move(name), entry); }
+void add(Tables& t, std::string name, CurveEntry entry) {
+  t.entries.emplace(std::move(name), entry);
+}
 
 }  // namespace
 
@@ -33,7 +35,8 @@ void buildCurveNameTables() {
   if (!t.entries.empty()) return;
   using Kind = CurveEntry::Kind;
   t.globals = {"WorkUnit", "pu", "Lift", "Axial thrust", "Torque", "Qmax", "Tmax", "In", "Out"};
-  for (int g = 0; g < kGlobalNameCount; ++g) add(t, t.globals[static_cast<std::size_t>(g)], {Kind::global, g, false});
+  for (int g = 0; g < kGlobalNameCount; ++g)
+    add(t, t.globals[static_cast<std::size_t>(g)], {Kind::global, g, false});
 
   const char* flow[kFlowEquationCount] = {"d", "wx", "wy", "wz", "E"};
   for (int e = 0; e < kFlowEquationCount; ++e) {

@@ -33,7 +33,9 @@ class Monitor {
   ProjectMonitor* findProject(const std::string& path);
   // Joint index of the last project loaded under this path, or -1.
   long long lastIndexOf(const std::string& path) const;
-  const std::vector<std::unique_ptr<ProjectMonitor>>& runningProjects() const { return runningProjects_; }
+  const std::vector<std::unique_ptr<ProjectMonitor>>& runningProjects() const {
+    return runningProjects_;
+  }
 
   void addProject(const std::string& path);
   // Removes the first added project with this path: 1, else 0. Projects of the

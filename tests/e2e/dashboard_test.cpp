@@ -17,7 +17,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string kMarineWindow = "set windowScript {" MONITOR_TCL_DIR "/_monitorTurbo/_monitorMarine/itf_init.tcl}\n";
+const std::string kMarineWindow =
+    "set windowScript {" MONITOR_TCL_DIR "/_monitorTurbo/_monitorMarine/itf_init.tcl}\n";
 
 // Each run opens the computation given on the command line, waits until its
 // curves are read and runs `run`, then quits through the window (which keeps
@@ -86,8 +87,10 @@ runThenQuit ::monwin::quit
 class Dashboard : public testing::Test {
  protected:
   Dashboard() : installation_("dune_marine71") {
-    fs::copy(fs::path(MONITOR_EXAMPLES_DIR) / "marine", installation_.work() / "a", fs::copy_options::recursive);
-    fs::copy(fs::path(MONITOR_EXAMPLES_DIR) / "marine", installation_.work() / "b", fs::copy_options::recursive);
+    fs::copy(fs::path(MONITOR_EXAMPLES_DIR) / "marine", installation_.work() / "a",
+             fs::copy_options::recursive);
+    fs::copy(fs::path(MONITOR_EXAMPLES_DIR) / "marine", installation_.work() / "b",
+             fs::copy_options::recursive);
   }
 
   std::vector<std::string> runMarine(const std::string& scenario, const std::string& computation) {
@@ -100,7 +103,9 @@ class Dashboard : public testing::Test {
     return said(result.output);
   }
 
-  fs::path settingsFile() const { return installation_.home() / ".talvik" / "monitor_settings.tcl"; }
+  fs::path settingsFile() const {
+    return installation_.home() / ".talvik" / "monitor_settings.tcl";
+  }
 
   Installation installation_;
 };
@@ -111,13 +116,15 @@ TEST_F(Dashboard, MarineFirstViewThenALayoutKeptAcrossARestart) {
   const std::vector<std::string> first = runMarine(kArrange, "a");
   ASSERT_EQ(first.size(), 3u);
   EXPECT_EQ(first[0], "first view: 60 60 60 60 60 60 | 60 | 12 12 12 12 12 12");
-  EXPECT_EQ(first[1], "first view names: ResU,ResV,ResW,ResP,ResK,Res`w | Fx | X,Y,Z,PHI,THETA,PSI");
+  EXPECT_EQ(first[1],
+            "first view names: ResU,ResV,ResW,ResP,ResK,Res`w | Fx | X,Y,Z,PHI,THETA,PSI");
   EXPECT_EQ(first[2], "arranged: Fx_hull * 2 | Mz; 60 | 60");
   ASSERT_TRUE(fs::exists(settingsFile()));
 
   const std::vector<std::string> second = runMarine(kRestore, "a");
   ASSERT_EQ(second.size(), 3u);
-  EXPECT_EQ(second[0], "restored: Fx_hull * 2 | Mz; 60 | 60; statistics of the last 20; criteria 0.9 0.05");
+  EXPECT_EQ(second[0],
+            "restored: Fx_hull * 2 | Mz; 60 | 60; statistics of the last 20; criteria 0.9 0.05");
   EXPECT_EQ(second[1], "linked: 1");
   EXPECT_EQ(second[2], "reset: 60 60 60 60 60 60 | 60 | 12 12 12 12 12 12");
 }
@@ -139,8 +146,10 @@ proc run {} {
 }
 runThenQuit ::monwin::quit
 )tcl";
-  EXPECT_EQ(runMarine("set item {force 0 -1 0}\n" + arrange, "a"), std::vector<std::string>{"a: Fx"});
-  EXPECT_EQ(runMarine("set item {moment 0 -1 12}\n" + arrange, "b"), std::vector<std::string>{"b: Mz"});
+  EXPECT_EQ(runMarine("set item {force 0 -1 0}\n" + arrange, "a"),
+            std::vector<std::string>{"a: Fx"});
+  EXPECT_EQ(runMarine("set item {moment 0 -1 12}\n" + arrange, "b"),
+            std::vector<std::string>{"b: Mz"});
   EXPECT_EQ(runMarine(look, "a"), std::vector<std::string>{"a again: Fx"});
   EXPECT_EQ(runMarine(look, "b"), std::vector<std::string>{"b again: Mz"});
 }
@@ -157,9 +166,10 @@ proc run {} {
 runThenQuit itf_quit_command_KELP
 )tcl";
   EXPECT_EQ(runMarine(look, "a"),
-            std::vector<std::string>{"60 60 60 60 60 60 | 60 | 12 12 12 12 12 12; status: Settings file " +
-                                     fs::weakly_canonical(settingsFile()).string() +
-                                     " is damaged; starting from the defaults"});
+            std::vector<std::string>{
+                "60 60 60 60 60 60 | 60 | 12 12 12 12 12 12; status: Settings file " +
+                fs::weakly_canonical(settingsFile()).string() +
+                " is damaged; starting from the defaults"});
 }
 
 // A longer run of the solver stand-in: the verdicts in the statistics tables
@@ -187,13 +197,16 @@ proc run {} {
 }
 runThenQuit itf_quit_command_KELP
 )tcl");
-  const RunResult result = installation.run(RunOptions{}.withArguments({(caseFolder / "ship.res").string()}));
+  const RunResult result =
+      installation.run(RunOptions{}.withArguments({(caseFolder / "ship.res").string()}));
   ASSERT_TRUE(result.exited) << result.output << result.errors;
   const std::vector<std::string> lines = said(result.output);
   ASSERT_EQ(lines.size(), 3u) << result.output << result.errors;
   EXPECT_EQ(lines[0], "Fx: 1 1 1");
-  EXPECT_EQ(lines[1], "keys: amplitude confidence drift halfWidth mean ordersDropped period samples stillFalling "
-                      "transientEnd verdict");
+  EXPECT_EQ(
+      lines[1],
+      "keys: amplitude confidence drift halfWidth mean ordersDropped period samples stillFalling "
+      "transientEnd verdict");
   // The stand-in's residuals fall by about seven orders, then stay.
   EXPECT_EQ(lines[2], "ResU: more than 3 orders dropped 1, still falling 0");
 }
@@ -203,8 +216,9 @@ TEST(TurbomachineryDashboard, FirstViewShowsTheFlowResidualsOfBlock1AndTheGlobal
   const fs::path caseFolder = installation.work() / "case";
   fs::create_directories(caseFolder);
   fs::copy_file(fs::path(MONITOR_EXAMPLES_DIR) / "turbo" / "stage.res", caseFolder / "stage.res");
-  installation.writeTurboScript("set windowScript {" MONITOR_TCL_DIR "/_monitorTurbo/itf_init.tcl}\n" + kHelpers +
-                                R"tcl(
+  installation.writeTurboScript(
+      "set windowScript {" MONITOR_TCL_DIR "/_monitorTurbo/itf_init.tcl}\n" + kHelpers +
+      R"tcl(
 source $windowScript
 proc run {} {
   ::liverefresh::setPaused 1
@@ -214,7 +228,8 @@ proc run {} {
 }
 runThenQuit itf_quit_command
 )tcl");
-  const RunResult result = installation.run(RunOptions{}.withArguments({(caseFolder / "stage.res").string()}));
+  const RunResult result =
+      installation.run(RunOptions{}.withArguments({(caseFolder / "stage.res").string()}));
   ASSERT_TRUE(result.exited) << result.output << result.errors;
   EXPECT_EQ(said(result.output),
             (std::vector<std::string>{"300 300 300 300 300 | 300 300 300 300 300 300 300",

@@ -20,7 +20,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-
 const std::string kMarineScenario = R"tcl(
 set res [file join $case ship.res]
 proc solver {args} {
@@ -294,7 +293,6 @@ void setResidualValue(const fs::path& file, int iteration, std::size_t column,
   in.close();
   std::ofstream(file) << edited.str();
 }
-
 
 TEST(MarineWindow, FollowsAGrowingRunThenOnlyTheNewRun) {
   Installation installation("dune_marine71");

@@ -10,7 +10,8 @@ namespace {
 
 // Arguments as a command receives them after its command word.
 struct Args {
-  explicit Args(std::vector<const char*> items) : items_(std::move(items)), stream(static_cast<int>(items_.size()), items_.data()) {}
+  explicit Args(std::vector<const char*> items)
+      : items_(std::move(items)), stream(static_cast<int>(items_.size()), items_.data()) {}
   std::vector<const char*> items_;
   TclArgStream stream;
 };

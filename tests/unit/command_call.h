@@ -19,7 +19,8 @@
 // with `arguments`; the command must complete normally.
 inline std::string callCommand(std::span<const CommandRow> table, std::string_view name,
                                const std::vector<std::string>& arguments) {
-  const auto row = std::find_if(table.begin(), table.end(), [&](const CommandRow& r) { return r.name == name; });
+  const auto row =
+      std::find_if(table.begin(), table.end(), [&](const CommandRow& r) { return r.name == name; });
   if (row == table.end()) {
     ADD_FAILURE() << "no command " << name;
     return {};

@@ -1,9 +1,10 @@
+#include "app/common_commands.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
 
-#include "app/common_commands.h"
 #include "app/qv_environment_variables.h"
 #include "script/tcl_arg_stream.h"
 #include "script/tcl_result_stream.h"

@@ -38,7 +38,8 @@ constexpr int kFx = 0;  // in the force table
 constexpr int kFxDyn = 1;
 constexpr int kMz = 12;  // in the moment table
 
-const std::vector<double>& series(const ComponentHistories& owner, Component component, int quantity) {
+const std::vector<double>& series(const ComponentHistories& owner, Component component,
+                                  int quantity) {
   const std::vector<double>* values = owner.history(component, quantity);
   if (values == nullptr) throw std::logic_error("no such history");
   return *values;
@@ -52,9 +53,9 @@ testing::AssertionResult samePoints(const PlotPoints& actual, const PlotPoints& 
   const auto same = [](double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); };
   for (std::size_t i = 0; i < actual.size(); ++i) {
     if (!same(actual[i].first, expected[i].first) || !same(actual[i].second, expected[i].second)) {
-      return testing::AssertionFailure() << "point " << i << " is (" << actual[i].first << ", "
-                                         << actual[i].second << ") instead of (" << expected[i].first
-                                         << ", " << expected[i].second << ")";
+      return testing::AssertionFailure()
+             << "point " << i << " is (" << actual[i].first << ", " << actual[i].second
+             << ") instead of (" << expected[i].first << ", " << expected[i].second << ")";
     }
   }
   return testing::AssertionSuccess();
@@ -116,7 +117,8 @@ class CustomPlotsTest : public testing::Test {
 // motions; the forces of hull, keel, bulb and rudder; their moments.
 std::vector<std::string> expectedVariables(bool unsteady) {
   std::vector<std::string> names;
-  for (const char* motion : {"X", "Y", "Z", "PHI", "THETA", "PSI"}) names.push_back(std::string(motion) + "_hull");
+  for (const char* motion : {"X", "Y", "Z", "PHI", "THETA", "PSI"})
+    names.push_back(std::string(motion) + "_hull");
   for (const char axis : {'F', 'M'}) {
     for (const char* object : {"hull", "keel", "bulb", "rudder"}) {
       for (const char* direction : {"x", "y", "z"}) {
@@ -159,8 +161,9 @@ TEST_F(CustomPlotsTest, ASteadyPlotHasOnePointPerIterationOfTheFirstBody) {
   ASSERT_EQ(points.size(), 40u);
   for (std::size_t i = 0; i < points.size(); ++i) {
     EXPECT_EQ(points[i].first, static_cast<double>(i + 1)) << i;
-    EXPECT_EQ(points[i].second,
-              (series(hull, Component::force, kFx)[i] + series(rudder, Component::force, kFx)[i]) / 2)
+    EXPECT_EQ(
+        points[i].second,
+        (series(hull, Component::force, kFx)[i] + series(rudder, Component::force, kFx)[i]) / 2)
         << i;
   }
   EXPECT_EQ(plots.plot(0).formula(), "(Fx_hull+Fx_rudder)/2");
@@ -207,7 +210,9 @@ TEST_F(CustomPlotsTest, AnUnsteadyPlotIsSampledAtThePhysicalTimesOfTheFirstBody)
     const double time = hull.times()[i];
     EXPECT_EQ(plots.plot(0).points()[i], std::make_pair(time, time)) << i;
     EXPECT_EQ(plots.plot(1).points()[i], std::make_pair(time, 1500.0 / time)) << i;
-    EXPECT_EQ(plots.plot(2).points()[i].second, (hullFx[i] + rudderFx[i]) / 2 - 0.5 * std::sin(time)) << i;
+    EXPECT_EQ(plots.plot(2).points()[i].second,
+              (hullFx[i] + rudderFx[i]) / 2 - 0.5 * std::sin(time))
+        << i;
   }
   EXPECT_DOUBLE_EQ(plots.plot(0).points().back().first, 0.6);
 }
@@ -258,7 +263,8 @@ TEST_F(CustomPlotsTest, ARefreshAddsExactlyThePointsOfTheNewRows) {
     const std::vector<double>& keelFx = series(hull.subBody(0), Component::force, kFx);
     const std::vector<double>& rudderFx = series(project->bodies()[1], Component::force, kFx);
     for (std::size_t i = 40; i < 47; ++i) {
-      const double abscissa = mode == RunMode::steady ? static_cast<double>(hull.iterations()[i]) : hull.times()[i];
+      const double abscissa =
+          mode == RunMode::steady ? static_cast<double>(hull.iterations()[i]) : hull.times()[i];
       EXPECT_EQ(after[i].first, abscissa) << i;
       EXPECT_EQ(after[i].second, (hullFx[i] + rudderFx[i]) / 2 - keelFx[i] * abscissa) << i;
     }
@@ -290,15 +296,17 @@ TEST_F(CustomPlotsTest, APlotFollowingALiveRunMatchesOneComputedAfresh) {
     fs::remove_all(folder_);
     const auto writer = write(mode, 20);
     const auto project = open(*writer);
-    const std::vector<std::string> formulas = {"Z_hull", "Fx_hull + PHI_hull",
-                                               mode == RunMode::unsteady ? "FxDyn_keel" : "Mz_bulb"};
-    for (const std::string& formula : formulas) ASSERT_GE(project->customPlots().add(formula), 0) << formula;
+    const std::vector<std::string> formulas = {
+        "Z_hull", "Fx_hull + PHI_hull", mode == RunMode::unsteady ? "FxDyn_keel" : "Mz_bulb"};
+    for (const std::string& formula : formulas)
+      ASSERT_GE(project->customPlots().add(formula), 0) << formula;
 
     for (int i = 0; i < 12; ++i) {
       writer->appendIteration(i % 3 == 0 ? LineEnd::cutLastLine : LineEnd::whole);
       refresh(*project);
       for (std::size_t p = 0; p < formulas.size(); ++p) {
-        EXPECT_TRUE(samePoints(project->customPlots().plot(p).points(), afresh(*project, formulas[p])))
+        EXPECT_TRUE(
+            samePoints(project->customPlots().plot(p).points(), afresh(*project, formulas[p])))
             << formulas[p] << " after iteration " << writer->iterationsWritten()
             << (mode == RunMode::steady ? " (steady)" : " (unsteady)");
       }

@@ -63,12 +63,12 @@ TEST_F(Environment, InstalledProgramGetsEveryLocation) {
 
 TEST_F(Environment, ExportsInTheirOrder) {
   ASSERT_TRUE(setUp());
-  EXPECT_EQ(exportedNames(),
-            (std::vector<std::string>{"QV_VERSION", "TALVIK_DIR", "DRIVER", "GMX_REVERSEVIDEO",
-                                      "PYTHONPATH", "HOME", "TMP_DIR", "TALVIK_DIR", "VORTAXE_DIR",
-                                      "TCL_PATH", "TCL_LIBRARY", "TK_LIBRARY", "TIX_LIBRARY",
-                                      "BLT_LIBRARY", "PLOTVU_PATH", "QV_VERSIONS_DIR", "GMX_EXE",
-                                      "VTX_EXE", "GRA_EXE", "PLV_EXE"}));
+  EXPECT_EQ(exportedNames(), (std::vector<std::string>{
+                                 "QV_VERSION",  "TALVIK_DIR",  "DRIVER",      "GMX_REVERSEVIDEO",
+                                 "PYTHONPATH",  "HOME",        "TMP_DIR",     "TALVIK_DIR",
+                                 "VORTAXE_DIR", "TCL_PATH",    "TCL_LIBRARY", "TK_LIBRARY",
+                                 "TIX_LIBRARY", "BLT_LIBRARY", "PLOTVU_PATH", "QV_VERSIONS_DIR",
+                                 "GMX_EXE",     "VTX_EXE",     "GRA_EXE",     "PLV_EXE"}));
   EXPECT_EQ(system.environment["GMX_REVERSEVIDEO"], "on");
   EXPECT_EQ(system.environment["HOME"], "/home/eng");
   EXPECT_EQ(system.createdFolders,
@@ -148,7 +148,8 @@ TEST_F(Environment, FirstToolFallsBackOnTheFamilyKey) {
 TEST_F(Environment, FirstToolPrefersItsOwnKey) {
   system.programPath.path = "/opt/alphatool12/bin/monitor";
   system.setRegistry(
-      "[Software\\TALVIK\\alphatool12]\nTALVIK_DIR=/own\n[Software\\TALVIK\\dune12]\nTALVIK_DIR=/family\n");
+      "[Software\\TALVIK\\alphatool12]\nTALVIK_DIR=/own\n[Software\\TALVIK\\dune12]\nTALVIK_DIR=/"
+      "family\n");
   ASSERT_TRUE(setUp());
   EXPECT_EQ(values.TALVIK_DIR, "/own");
 }
@@ -186,7 +187,8 @@ TEST_F(Environment, OtherToolsUseTheirOwnKeyOnly) {
   system.programPath.path = "/opt/gammatool5/bin/monitor";
   system.setRegistry("[Software\\TALVIK\\dune5]\nTALVIK_DIR=/family\n");
   EXPECT_FALSE(setUp());
-  EXPECT_NE(console.text().find("HKEY_LOCAL_MACHINE\\Software\\TALVIK\\gammatool5\n"), std::string::npos);
+  EXPECT_NE(console.text().find("HKEY_LOCAL_MACHINE\\Software\\TALVIK\\gammatool5\n"),
+            std::string::npos);
 }
 
 TEST_F(Environment, UnreadableProgramPathIsReportedAndSetUpGoesOn) {
@@ -201,7 +203,8 @@ TEST_F(Environment, UnreadableProgramPathIsReportedAndSetUpGoesOn) {
 }
 
 TEST_F(Environment, TruncatedProgramPathIsReportedAndUsed) {
-  system.programPath = {"/opt/talvik/dune71/bin/monit", platform::ExecutablePath::Status::truncated, 36};
+  system.programPath = {"/opt/talvik/dune71/bin/monit", platform::ExecutablePath::Status::truncated,
+                        36};
   ASSERT_TRUE(setUp());
   EXPECT_EQ(console.text(),
             "QVEnvironmentVariables::initWin32 - error\n"

@@ -26,7 +26,8 @@ class FakeSystem final : public platform::SystemServices {
 
   platform::ExecutablePath executablePath() override { return programPath; }
   bool registryKeyExists(const std::string& key) override { return registry.hasKey(key); }
-  std::optional<std::string> registryValue(const std::string& key, const std::string& name) override {
+  std::optional<std::string> registryValue(const std::string& key,
+                                           const std::string& name) override {
     return registry.value(key, name);
   }
   std::optional<std::string> environmentVariable(const std::string& name) override {

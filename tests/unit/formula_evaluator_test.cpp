@@ -55,24 +55,12 @@ TEST_F(FormulaEvaluation, ComputesSumsProductsAndUnaryMinusInOrder) {
     std::string_view text;
     double value;
   } rows[] = {
-      {"a", 2.0},
-      {"42", 42.0},
-      {"a-b-c", -6.0},
-      {"a-b+c", 4.0},
-      {"a-(b-c)", 4.0},
-      {"a/b*c", 2.0 / 3.0 * 5.0},
-      {"c/a/a", 1.25},
-      {"a+b*c", 17.0},
-      {"2*(a+b)", 10.0},
-      {"-a*b", -6.0},
-      {"a*-b", -6.0},
-      {"--a", 2.0},
-      {"a--b", 5.0},
-      {"1.5e3/a", 750.0},
-      {"1.5e3/t", 3000.0},
-      {".5*c", 2.5},
-      {"a=3", 2.0},
-      {"a = b + 100", 2.0},
+      {"a", 2.0},      {"42", 42.0},       {"a-b-c", -6.0},
+      {"a-b+c", 4.0},  {"a-(b-c)", 4.0},   {"a/b*c", 2.0 / 3.0 * 5.0},
+      {"c/a/a", 1.25}, {"a+b*c", 17.0},    {"2*(a+b)", 10.0},
+      {"-a*b", -6.0},  {"a*-b", -6.0},     {"--a", 2.0},
+      {"a--b", 5.0},   {"1.5e3/a", 750.0}, {"1.5e3/t", 3000.0},
+      {".5*c", 2.5},   {"a=3", 2.0},       {"a = b + 100", 2.0},
   };
   for (const auto& row : rows) EXPECT_EQ(evaluate(row.text), row.value) << row.text;
 }
@@ -82,23 +70,12 @@ TEST_F(FormulaEvaluation, CallsEachOfTheFifteenFunctions) {
     std::string_view text;
     double value;
   } rows[] = {
-      {"log(c)", std::log(5.0)},
-      {"log10(1000)", 3.0},
-      {"log10(c)", std::log10(5.0)},
-      {"exp(t)", std::exp(0.5)},
-      {"sqrt(a*8)", 4.0},
-      {"sin(t)", std::sin(0.5)},
-      {"cos(t)", std::cos(0.5)},
-      {"tan(t)", std::tan(0.5)},
-      {"cotan(t)", 1.0 / std::tan(0.5)},
-      {"sinh(t)", std::sinh(0.5)},
-      {"cosh(t)", std::cosh(0.5)},
-      {"tanh(t)", std::tanh(0.5)},
-      {"asin(t)", std::asin(0.5)},
-      {"acos(t)", std::acos(0.5)},
-      {"atan(1)", std::numbers::pi / 4},
-      {"abs(a-c)", 3.0},
-      {"abs(-0.25)", 0.25},
+      {"log(c)", std::log(5.0)},   {"log10(1000)", 3.0},        {"log10(c)", std::log10(5.0)},
+      {"exp(t)", std::exp(0.5)},   {"sqrt(a*8)", 4.0},          {"sin(t)", std::sin(0.5)},
+      {"cos(t)", std::cos(0.5)},   {"tan(t)", std::tan(0.5)},   {"cotan(t)", 1.0 / std::tan(0.5)},
+      {"sinh(t)", std::sinh(0.5)}, {"cosh(t)", std::cosh(0.5)}, {"tanh(t)", std::tanh(0.5)},
+      {"asin(t)", std::asin(0.5)}, {"acos(t)", std::acos(0.5)}, {"atan(1)", std::numbers::pi / 4},
+      {"abs(a-c)", 3.0},           {"abs(-0.25)", 0.25},
   };
   for (const auto& row : rows) EXPECT_EQ(evaluate(row.text), row.value) << row.text;
   EXPECT_EQ(collectedErrors(), "");
@@ -121,12 +98,9 @@ TEST_F(FormulaEvaluation, ADivisorOfZeroMakesTheWholeProductZeroAndIsNotedOnce) 
     std::string_view text;
     double value;
   } rows[] = {
-      {"a/0*b", 0.0},
-      {"b*c/0", 0.0},
-      {"a/(b-b) + c", 5.0},   // only the product falls to 0
-      {"a/-0", 0.0},          // -0 is zero too
-      {"a/0*(1/0)", 0.0},
-      {"a*0", 0.0},           // a factor of zero is no division
+      {"a/0*b", 0.0},     {"b*c/0", 0.0}, {"a/(b-b) + c", 5.0},  // only the product falls to 0
+      {"a/-0", 0.0},                                             // -0 is zero too
+      {"a/0*(1/0)", 0.0}, {"a*0", 0.0},                          // a factor of zero is no division
   };
   for (const auto& row : rows) EXPECT_EQ(evaluate(row.text), row.value) << row.text;
   EXPECT_EQ(collectedErrors(), " division by zero.");
@@ -173,7 +147,8 @@ TEST(FormulaErrorCollector, AppendsOnlyWhatItDoesNotHoldAlready) {
       // A message held inside the text is held already.
       {"zero.", " division by zero.cotan of 0 undefined."},
       {"0 undefined.", " division by zero.cotan of 0 undefined."},
-      {"cotan of 1e-300 undefined.", " division by zero.cotan of 0 undefined.cotan of 1e-300 undefined."},
+      {"cotan of 1e-300 undefined.",
+       " division by zero.cotan of 0 undefined.cotan of 1e-300 undefined."},
   };
   for (const auto& row : rows) {
     collectError(row.message);
@@ -188,10 +163,8 @@ TEST_F(FormulaEvaluation, AVariableWithoutValueAbandonsTheWholeFormula) {
     std::string_view text;
     std::string name;
   } rows[] = {
-      {"a + nowhere", "nowhere"},
-      {"nowhere + cotan(0)", "nowhere"},
-      {"sin(a) * 2 / x", "x"},
-      {"sin + 1", "sin"},
+      {"a + nowhere", "nowhere"}, {"nowhere + cotan(0)", "nowhere"},
+      {"sin(a) * 2 / x", "x"},    {"sin + 1", "sin"},
       {"-(log10)", "log10"},
   };
   for (const auto& row : rows) {
@@ -204,7 +177,8 @@ TEST_F(FormulaEvaluation, AVariableWithoutValueAbandonsTheWholeFormula) {
       what = error.what();
     }
     EXPECT_EQ(what, "Use of uninitialized variable " + row.name) << row.text;
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Error: Use of uninitialized variable " + row.name + "\n")
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "Error: Use of uninitialized variable " + row.name + "\n")
         << row.text;
   }
   // The cotangent after the missing variable was never reached.

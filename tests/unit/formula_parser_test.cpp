@@ -73,7 +73,8 @@ std::string print(const Node* node, const SymbolTable& symbols) {
   if (const auto* number = dynamic_cast<const NumNode*>(node)) {
     return fileformat::formatGeneral(number->*memberOf(NumValue{}), 15);
   }
-  if (const auto* variable = dynamic_cast<const VarNode*>(node)) return symbols.name(variable->id());
+  if (const auto* variable = dynamic_cast<const VarNode*>(node))
+    return symbols.name(variable->id());
   if (const auto* minus = dynamic_cast<const UMinusNode*>(node)) {
     return "neg(" + print((minus->*memberOf(UMinusChild{})).get(), symbols) + ")";
   }
@@ -116,7 +117,8 @@ Parsed parse(std::string_view text, const std::vector<std::string>* variables = 
   testing::internal::CaptureStderr();
   const ParseStatus status = parser.parse(text);
   const std::string errors = testing::internal::GetCapturedStderr();
-  return {status, status == ParseStatus::ok ? print(parser.root(), symbols) : std::string(), errors};
+  return {status, status == ParseStatus::ok ? print(parser.root(), symbols) : std::string(),
+          errors};
 }
 
 // What parsing raises (after its line on standard error); empty when it
@@ -238,12 +240,8 @@ TEST(FormulaScanner, TakesTheNumberAfterAnEqualsSignAsItsOwn) {
     double number;
     Token after;
   } rows[] = {
-      {"=3", 3.0, Token::end},
-      {"= 4.5*a", 4.5, Token::times},
-      {"=-2", -2.0, Token::end},
-      {"=", 0.0, Token::end},
-      {"=b", 0.0, Token::identifier},
-      {"=(", 0.0, Token::leftParenthesis},
+      {"=3", 3.0, Token::end}, {"= 4.5*a", 4.5, Token::times}, {"=-2", -2.0, Token::end},
+      {"=", 0.0, Token::end},  {"=b", 0.0, Token::identifier}, {"=(", 0.0, Token::leftParenthesis},
   };
   for (const auto& row : rows) {
     Scanner scanner(row.text);
@@ -281,7 +279,7 @@ TEST(FormulaScanner, CutsAnIdentifierLongerThan80CharactersWithAWarning) {
 
 TEST(FormulaSymbols, TheFifteenFunctionsHoldIds0To14InTheirOrder) {
   const SymbolTable symbols = functionSymbols();
-  const std::vector<std::string_view> names = {"log",  "log10", "exp",  "sqrt", "sin",
+  const std::vector<std::string_view> names = {"log",  "log10", "exp",   "sqrt", "sin",
                                                "cos",  "tan",   "cotan", "sinh", "cosh",
                                                "tanh", "asin",  "acos",  "atan", "abs"};
   ASSERT_EQ(symbols.size(), 15);
@@ -397,13 +395,8 @@ TEST(FormulaParser, AnEqualsSignAndTheNumberAfterItAreLeftUnread) {
     std::string_view text;
     std::string tree;
   } rows[] = {
-      {"a=3", "a"},
-      {"a = 3 + b", "a"},
-      {"a=b", "a"},
-      {"2*a=3", "(*2 *a)"},
-      {"3=a", "3"},
-      {"=5", "5"},
-      {"=", "0"},
+      {"a=3", "a"}, {"a = 3 + b", "a"}, {"a=b", "a"}, {"2*a=3", "(*2 *a)"},
+      {"3=a", "3"}, {"=5", "5"},        {"=", "0"},
   };
   for (const auto& row : rows) {
     const Parsed parsed = parse(row.text);
@@ -568,8 +561,8 @@ TEST(FormulaParser, ALongFunctionNameIsCutBeforeItIsLookedUp) {
   const std::string name = "sin" + repeated("e", 90);
   const Raised raised = parseRaising(name + "(1)");
   EXPECT_EQ(raised.what, "Unknown function \"" + name.substr(0, 80) + "\"");
-  EXPECT_EQ(raised.errors,
-            "Warning: Variable name truncated\nError: Unknown function \"" + name.substr(0, 80) + "\"\n");
+  EXPECT_EQ(raised.errors, "Warning: Variable name truncated\nError: Unknown function \"" +
+                               name.substr(0, 80) + "\"\n");
 }
 
 // ---------------------------------------------------------------------------
@@ -686,7 +679,9 @@ TEST(FormulaParser, ControlAndNulBytesEndOrSpoilAFormulaButNeverCrashIt) {
       {"\x01", ParseStatus::error, ""},
       {"a*\x1b[31m", ParseStatus::error, ""},
       {"(a\x7f)", ParseStatus::error, ""},
-      {"\x01" "a", ParseStatus::error, ""},
+      {"\x01"
+       "a",
+       ParseStatus::error, ""},
       {"a\x02", ParseStatus::ok, "a"},
       // Tabs, line feeds, carriage returns, vertical tabs and form feeds are blanks.
       {"a\t+\r\nb\v*\fc", ParseStatus::ok, "(+a +(*b *c))"},
@@ -712,7 +707,8 @@ TEST(FormulaParser, RandomBytesNeverCrashTheParserOrAnEvaluation) {
     std::string text;
     const std::size_t length = random() % 120;
     for (std::size_t i = 0; i < length; ++i) {
-      text += round % 4 == 3 ? static_cast<char>(random() % 256) : alphabet[random() % alphabet.size()];
+      text +=
+          round % 4 == 3 ? static_cast<char>(random() % 256) : alphabet[random() % alphabet.size()];
     }
     SymbolTable symbols = functionSymbols();
     Parser parser(symbols, false);

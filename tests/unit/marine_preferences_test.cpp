@@ -1,6 +1,5 @@
 // The user's preferences file and the marine monitor's start-up options.
 #include <gtest/gtest.h>
-
 #include <unistd.h>
 
 #include <filesystem>
@@ -20,13 +19,16 @@ class MarinePreferences : public testing::Test {
  protected:
   MarinePreferences() {
     static int serial = 0;
-    folder_ = fs::temp_directory_path() / ("marine_prefs_" + std::to_string(::getpid()) + "_" + std::to_string(++serial));
+    folder_ = fs::temp_directory_path() /
+              ("marine_prefs_" + std::to_string(::getpid()) + "_" + std::to_string(++serial));
     fs::create_directories(folder_);
     path_ = (folder_ / "preferences.dat").string();
   }
   ~MarinePreferences() override { fs::remove_all(folder_); }
 
-  void write(const std::string& text) { std::ofstream(path_, std::ios::binary | std::ios::trunc) << text; }
+  void write(const std::string& text) {
+    std::ofstream(path_, std::ios::binary | std::ios::trunc) << text;
+  }
 
   fs::path folder_;
   std::string path_;
@@ -56,28 +58,40 @@ TEST_F(MarinePreferences, GroupsAndKeys) {
       {"keywords without regard to case",
        "product Monitor\nrefresh 7\nEND_product\nRefresh 9\n",
        {{"Monitor", "Refresh", "1", "7"}}},
-      {"key without value", "PRODUCT Monitor\nSize\nTheme   \t\nEND_PRODUCT\n",
+      {"key without value",
+       "PRODUCT Monitor\nSize\nTheme   \t\nEND_PRODUCT\n",
        {{"Monitor", "size", "12", ""}, {"Monitor", "theme", "dark", ""}}},
-      {"repeated key", "PRODUCT Monitor\nSize 1\nSize 2\nSIZE 3\nWidth 4\nwidth 5\nEND_PRODUCT\n",
+      {"repeated key",
+       "PRODUCT Monitor\nSize 1\nSize 2\nSIZE 3\nWidth 4\nwidth 5\nEND_PRODUCT\n",
        {{"Monitor", "size", "0", "3"}, {"Monitor", "WIDTH", "0", "5"}}},
-      {"group never closed", "PRODUCT Monitor\nRefresh 5\nPRODUCT Other\nTheme dark\n",
+      {"group never closed",
+       "PRODUCT Monitor\nRefresh 5\nPRODUCT Other\nTheme dark\n",
        {{"Monitor", "refresh", "1", "5"},
         {"Monitor", "product", "-", "Other"},
         {"Monitor", "theme", "-", "dark"},
         {"Other", "theme", "-", "-"}}},
-      {"carriage returns", "PRODUCT Monitor\r\nRefresh 5\r\nEND_PRODUCT\r\nPRODUCT Plot\r\nSize 3\r\n",
+      {"carriage returns",
+       "PRODUCT Monitor\r\nRefresh 5\r\nEND_PRODUCT\r\nPRODUCT Plot\r\nSize 3\r\n",
        {{"Monitor", "refresh", "1", "5"}, {"Plot", "size", "1", "3"}}},
-      {"lines outside groups", "Refresh 9\nPRODUCT Monitor\nEND_PRODUCT\nRefresh 8\n",
+      {"lines outside groups",
+       "Refresh 9\nPRODUCT Monitor\nEND_PRODUCT\nRefresh 8\n",
        {{"Monitor", "refresh", "1", "1"}, {"", "refresh", "1", "1"}}},
-      {"value is the rest of the line", "PRODUCT Monitor\nTitle   My   case \t\nPath\tC:\\cases\\a b\nEND_PRODUCT\n",
+      {"value is the rest of the line",
+       "PRODUCT Monitor\nTitle   My   case \t\nPath\tC:\\cases\\a b\nEND_PRODUCT\n",
        {{"Monitor", "title", "", "My   case"}, {"Monitor", "path", "", "C:\\cases\\a b"}}},
-      {"group name is the rest of the line", "PRODUCT   Flow  Monitor  \nRefresh 2\nEND_PRODUCT\n",
+      {"group name is the rest of the line",
+       "PRODUCT   Flow  Monitor  \nRefresh 2\nEND_PRODUCT\n",
        {{"Flow  Monitor", "refresh", "1", "2"}, {"Flow", "refresh", "1", "1"}}},
-      {"group opened twice", "PRODUCT Monitor\nA 1\nEND_PRODUCT\nPRODUCT Plot\nA 9\nEND_PRODUCT\nPRODUCT Monitor\nB 2\nEND_PRODUCT\n",
+      {"group opened twice",
+       "PRODUCT Monitor\nA 1\nEND_PRODUCT\nPRODUCT Plot\nA 9\nEND_PRODUCT\nPRODUCT Monitor\nB "
+       "2\nEND_PRODUCT\n",
        {{"Monitor", "a", "-", "1"}, {"Monitor", "b", "-", "2"}, {"Plot", "a", "-", "9"}}},
-      {"blank lines and look-alikes", "\n   \nPRODUCTS Monitor\nPRODUCT Monitor\n\n  \t \nEND_PRODUCTS yes\nEND_PRODUCT\n",
+      {"blank lines and look-alikes",
+       "\n   \nPRODUCTS Monitor\nPRODUCT Monitor\n\n  \t \nEND_PRODUCTS yes\nEND_PRODUCT\n",
        {{"Monitor", "end_products", "-", "yes"}, {"Monitor", "", "-", "-"}}},
-      {"indented lines", "  PRODUCT Monitor\n\tRefresh 4\n  END_PRODUCT\n", {{"Monitor", "refresh", "1", "4"}}},
+      {"indented lines",
+       "  PRODUCT Monitor\n\tRefresh 4\n  END_PRODUCT\n",
+       {{"Monitor", "refresh", "1", "4"}}},
   };
   for (const auto& c : cases) {
     write(c.text);
@@ -136,7 +150,8 @@ TEST_F(MarineMonitorStart, ReadsThePreferencesAndBecomesTheMonitor) {
   write("PRODUCT Monitor\nRefresh 5\nEND_PRODUCT\n");
   {
     ConsoleCapture console;
-    marine::MonitorMarine monitor({"monitor"}, marine::MonitorMarine::preferencesPathFor((folder_ / "tmp").string()));
+    marine::MonitorMarine monitor(
+        {"monitor"}, marine::MonitorMarine::preferencesPathFor((folder_ / "tmp").string()));
     EXPECT_EQ(console.text(), "");
     EXPECT_EQ(marine::theMonitorMarine(), &monitor);
     EXPECT_EQ(monitor.preferences().getPreference("Monitor", "Refresh", "1"), "5");
@@ -155,15 +170,22 @@ TEST_F(MarineMonitorStart, StartupFolderOption) {
     std::string output;
     bool changes;
   } cases[] = {
-      {"folder given", {"monitor", "-startupdir", target}, "change directory to " + target + "\n", true},
-      {"among other arguments", {"monitor", "a.res", "-startupdir", target, "b.res"},
-       "change directory to " + target + "\n", true},
+      {"folder given",
+       {"monitor", "-startupdir", target},
+       "change directory to " + target + "\n",
+       true},
+      {"among other arguments",
+       {"monitor", "a.res", "-startupdir", target, "b.res"},
+       "change directory to " + target + "\n",
+       true},
       {"option last", {"monitor", "a.res", "-startupdir"}, "", false},
       {"program named like the option", {"-startupdir", target}, "", false},
       {"option spelled otherwise", {"monitor", "-StartupDir", target}, "", false},
       {"no arguments", {}, "", false},
-      {"folder that does not exist", {"monitor", "-startupdir", target + "/absent"},
-       "change directory to " + target + "/absent\n", false},
+      {"folder that does not exist",
+       {"monitor", "-startupdir", target + "/absent"},
+       "change directory to " + target + "/absent\n",
+       false},
   };
   for (const auto& c : cases) {
     fs::current_path(before);

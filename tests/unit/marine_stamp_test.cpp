@@ -1,7 +1,6 @@
 // The creation stamp of a solver run: where it is found in the residual file,
 // how its text becomes a moment, and the calendar arithmetic behind that.
 #include <gtest/gtest.h>
-
 #include <unistd.h>
 
 #include <ctime>
@@ -26,7 +25,9 @@ class MarineStampFile : public testing::Test {
   }
   ~MarineStampFile() override { std::filesystem::remove_all(folder_); }
 
-  void write(const std::string& text) { std::ofstream(path_, std::ios::binary | std::ios::trunc) << text; }
+  void write(const std::string& text) {
+    std::ofstream(path_, std::ios::binary | std::ios::trunc) << text;
+  }
 
   std::filesystem::path folder_;
   std::string path_;
@@ -40,15 +41,21 @@ TEST_F(MarineStampFile, StampStandsAmongTheLeadingCommentLines) {
     std::string text;
     std::string stamp;
   } cases[] = {
-      {"first line", "#CREATED 07/03/2018 13:34:44\n" + kBlock + "1 0.1 0.5\n", "07/03/2018 13:34:44"},
-      {"after other comments", "# solver 3.2\n#\n#CREATED 21/11/2026 14:05:09\n" + kBlock, "21/11/2026 14:05:09"},
-      {"carriage return dropped", "#CREATED 07/03/2018 13:34:44\r\n" + kBlock, "07/03/2018 13:34:44"},
+      {"first line", "#CREATED 07/03/2018 13:34:44\n" + kBlock + "1 0.1 0.5\n",
+       "07/03/2018 13:34:44"},
+      {"after other comments", "# solver 3.2\n#\n#CREATED 21/11/2026 14:05:09\n" + kBlock,
+       "21/11/2026 14:05:09"},
+      {"carriage return dropped", "#CREATED 07/03/2018 13:34:44\r\n" + kBlock,
+       "07/03/2018 13:34:44"},
       {"first of two", "#CREATED 07/03/2018 13:34:44\n#CREATED 08/03/2018 00:00:00\n" + kBlock,
        "07/03/2018 13:34:44"},
-      {"rest of the line as written", "#CREATED  7/3/18 1:2:3 local\n" + kBlock, " 7/3/18 1:2:3 local"},
-      {"inside the block", "#QV_BEGIN\nCALCUL\n#CREATED 07/03/2018 13:34:44\nMODE STEADY\n#QV_END\n", ""},
+      {"rest of the line as written", "#CREATED  7/3/18 1:2:3 local\n" + kBlock,
+       " 7/3/18 1:2:3 local"},
+      {"inside the block",
+       "#QV_BEGIN\nCALCUL\n#CREATED 07/03/2018 13:34:44\nMODE STEADY\n#QV_END\n", ""},
       {"after the columns line", kBlock + "#CREATED 07/03/2018 13:34:44\n1 0.1 0.5\n", ""},
-      {"after the first row", "#QV_BEGIN\n" + std::string("1 0.1 0.5\n#CREATED 07/03/2018 13:34:44\n"), ""},
+      {"after the first row",
+       "#QV_BEGIN\n" + std::string("1 0.1 0.5\n#CREATED 07/03/2018 13:34:44\n"), ""},
       {"keyword without its blank", "#CREATED\n" + kBlock, ""},
       {"lower case", "#created 07/03/2018 13:34:44\n" + kBlock, ""},
       {"indented", " #CREATED 07/03/2018 13:34:44\n" + kBlock, ""},
@@ -108,7 +115,8 @@ TEST(MarineStampTime, StampsNameLocalMoments) {
       {"07/03/2018", std::nullopt},
       {"07/03/2018T13:34:44", std::nullopt},
   };
-  for (const auto& c : cases) EXPECT_EQ(marine::stampTime(c.stamp), c.time) << '"' << c.stamp << '"';
+  for (const auto& c : cases)
+    EXPECT_EQ(marine::stampTime(c.stamp), c.time) << '"' << c.stamp << '"';
 }
 
 TEST(MarineStampTime, NeighbouringStampsDiffer) {
@@ -123,7 +131,8 @@ TEST(MarineStampTime, NeighbouringStampsDiffer) {
 }
 
 TEST(MarineStampTime, FormattedBackAsLocalDateAndTime) {
-  EXPECT_EQ(marine::formatStampTime(marine::stampTime("07/03/2018 13:34:44")), "2018-03-07 13:34:44");
+  EXPECT_EQ(marine::formatStampTime(marine::stampTime("07/03/2018 13:34:44")),
+            "2018-03-07 13:34:44");
   EXPECT_EQ(marine::formatStampTime(marine::stampTime("1/1/99 0:0:7")), "1999-01-01 00:00:07");
   EXPECT_EQ(marine::formatStampTime(std::nullopt), "unknown");
 }
@@ -133,16 +142,17 @@ TEST(MarineJulianDay, KnownDaysAndLeapYears) {
     int day, month, year;
     std::optional<long> number;
   } cases[] = {
-      {1, 1, 2000, 2451545},  {31, 12, 1999, 2451544}, {1, 1, 1970, 2440588},  {29, 2, 2000, 2451604},
-      {1, 3, 2000, 2451605},  {30, 4, 2000, 2451665},  {29, 2, 2004, 2453065},  {15, 10, 1582, 2299161},
-      {24, 11, -4713, 0},
+      {1, 1, 2000, 2451545},       {31, 12, 1999, 2451544},     {1, 1, 1970, 2440588},
+      {29, 2, 2000, 2451604},      {1, 3, 2000, 2451605},       {30, 4, 2000, 2451665},
+      {29, 2, 2004, 2453065},      {15, 10, 1582, 2299161},     {24, 11, -4713, 0},
       {29, 2, 1900, std::nullopt}, {29, 2, 2100, std::nullopt}, {29, 2, 2001, std::nullopt},
       {30, 2, 2000, std::nullopt}, {31, 4, 2000, std::nullopt}, {32, 1, 2000, std::nullopt},
       {0, 1, 2000, std::nullopt},  {-1, 1, 2000, std::nullopt}, {1, 0, 2000, std::nullopt},
       {1, 13, 2000, std::nullopt},
   };
   for (const auto& c : cases) {
-    EXPECT_EQ(marine::julianDay(c.day, c.month, c.year), c.number) << c.day << '/' << c.month << '/' << c.year;
+    EXPECT_EQ(marine::julianDay(c.day, c.month, c.year), c.number)
+        << c.day << '/' << c.month << '/' << c.year;
   }
 }
 

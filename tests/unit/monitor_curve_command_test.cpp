@@ -137,13 +137,15 @@ TEST_F(MonitorCurveCommand, WrongRequestsAreScriptErrorsAndLeaveTheCurveAsItWas)
       {"monitor_curve fill $c 0 0 ramp 0",
        "positions 0..0 are outside the curve, which has 0 positions"},
       {"monitor_curve verdict $c -confidence", "value for \"-confidence\" missing"},
-      {"monitor_curve verdict $c -level 0.9", "unknown option \"-level\": must be -confidence, -tolerance or -residual"},
+      {"monitor_curve verdict $c -level 0.9",
+       "unknown option \"-level\": must be -confidence, -tolerance or -residual"},
       {"monitor_curve verdict $c -confidence 1", "the confidence must lie between 0 and 1, not 1"},
       {"monitor_curve verdict $c -confidence x", "expected floating-point number but got \"x\""},
       {"monitor_curve verdict $c -tolerance -0.1", "the tolerance must be 0 or more, not -0.1"},
       {"monitor_curve verdict $c -tolerance Inf", "the tolerance must be 0 or more, not Inf"},
       {"monitor_curve spin $c",
-       "usage: monitor_curve new|positions|fill|delete|length|truncate|values|thin|statistics|verdict ..."},
+       "usage: monitor_curve "
+       "new|positions|fill|delete|length|truncate|values|thin|statistics|verdict ..."},
       {"monitor_curve thin $c nothing nothing 0 1 2", nullptr},
   };
   for (const auto& c : cases) {
@@ -161,11 +163,13 @@ TEST_F(MonitorCurveCommand, WrongRequestsAreScriptErrorsAndLeaveTheCurveAsItWas)
 TEST_F(MonitorCurveCommand, VerdictAnswersADictWithEveryKey) {
   eval("set c [monitor_curve new]; monitor_curve fill $c 0 9 ramp 10");
   EXPECT_EQ(eval("monitor_curve verdict $c"),
-            "verdict short transientEnd {} samples 10 mean 0.0 halfWidth 0.0 confidence 0.95 drift 0 period {} "
+            "verdict short transientEnd {} samples 10 mean 0.0 halfWidth 0.0 confidence 0.95 drift "
+            "0 period {} "
             "amplitude {} ordersDropped {} stillFalling 0");
   // A ramp: its steady part keeps going up.
   eval("monitor_curve truncate $c 0; monitor_curve fill $c 0 999 ramp 1000");
-  EXPECT_EQ(eval("dict get [monitor_curve verdict $c -confidence 0.9 -tolerance 0.5] verdict"), "transient");
+  EXPECT_EQ(eval("dict get [monitor_curve verdict $c -confidence 0.9 -tolerance 0.5] verdict"),
+            "transient");
   EXPECT_EQ(eval("dict get [monitor_curve verdict $c -confidence 0.9] confidence"), "0.9");
 }
 

@@ -1,10 +1,10 @@
+#include "fileformat/number_text.h"
+
 #include <gtest/gtest.h>
 
 #include <clocale>
 #include <cmath>
 #include <limits>
-
-#include "fileformat/number_text.h"
 
 namespace {
 
@@ -22,9 +22,18 @@ TEST(NumberText, LeadingIntegerAsTheCLibraryReadsIt) {
     const char* text;
     std::int64_t value;
   } cases[] = {
-      {"42", 42},   {"  \t-17", -17}, {"+8", 8},           {"12abc", 12},
-      {"abc", 0},   {"", 0},          {"- 5", 0},          {"3.9", 3},
-      {"0x10", 0},  {"007", 7},       {"2147483648", kHigh}, {"-2147483649", kLow},
+      {"42", 42},
+      {"  \t-17", -17},
+      {"+8", 8},
+      {"12abc", 12},
+      {"abc", 0},
+      {"", 0},
+      {"- 5", 0},
+      {"3.9", 3},
+      {"0x10", 0},
+      {"007", 7},
+      {"2147483648", kHigh},
+      {"-2147483649", kLow},
       {"-2147483648", kLow},
   };
   for (const auto& c : cases) EXPECT_EQ(leadingInteger(c.text, kLow, kHigh), c.value) << c.text;
@@ -38,9 +47,9 @@ TEST(NumberText, LeadingDoubleAsAtofReadsIt) {
     const char* text;
     double value;
   } cases[] = {
-      {"1.5", 1.5},       {" -2e3", -2000.0}, {"+.25", 0.25},  {"7.5kg", 7.5},
-      {"abc", 0.0},       {"", 0.0},          {"1e", 1.0},     {"0x1p4", 16.0},
-      {"-0x.8", -0.5},    {"1e-400", 0.0},    {"5.", 5.0},     {"--1", 0.0},
+      {"1.5", 1.5},    {" -2e3", -2000.0}, {"+.25", 0.25}, {"7.5kg", 7.5},
+      {"abc", 0.0},    {"", 0.0},          {"1e", 1.0},    {"0x1p4", 16.0},
+      {"-0x.8", -0.5}, {"1e-400", 0.0},    {"5.", 5.0},    {"--1", 0.0},
   };
   for (const auto& c : cases) EXPECT_EQ(leadingDouble(c.text), c.value) << c.text;
   EXPECT_TRUE(std::isinf(leadingDouble("1e400")));
@@ -55,7 +64,8 @@ TEST(NumberText, ConversionsIgnoreTheUserLocale) {
   // machine has no such locale.
   const char* previous = std::setlocale(LC_ALL, nullptr);
   const std::string saved = previous == nullptr ? "C" : previous;
-  if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr && std::setlocale(LC_ALL, "fr_FR.UTF-8") == nullptr) {
+  if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr &&
+      std::setlocale(LC_ALL, "fr_FR.UTF-8") == nullptr) {
     GTEST_SKIP() << "no locale with a decimal comma";
   }
   EXPECT_EQ(leadingDouble("2.5"), 2.5);

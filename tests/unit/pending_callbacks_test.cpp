@@ -1,8 +1,8 @@
+#include "script/pending_callbacks.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
-
-#include "script/pending_callbacks.h"
 
 namespace {
 

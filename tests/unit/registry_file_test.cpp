@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "platform/registry_file.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -20,8 +20,10 @@ TEST(RegistryFile, SectionsValuesCommentsAndCase) {
   EXPECT_TRUE(file.hasKey("software\\talvik\\DUNE71"));
   EXPECT_EQ(file.value("Software\\TALVIK\\dune71", "TALVIK_DIR"), "/opt/talvik/dune71");
   EXPECT_EQ(file.value("Software\\TALVIK\\dune71", "DRIVER"), "x11 ; kept as written");
-  EXPECT_EQ(file.value("Software\\TALVIK\\dune_marine71", "TALVIK_DIR"), "/opt/talvik/dune_marine71");
-  EXPECT_EQ(file.value("HKEY_LOCAL_MACHINE\\Software\\TALVIK\\dune71", "talvik_dir"), "/opt/talvik/dune71");
+  EXPECT_EQ(file.value("Software\\TALVIK\\dune_marine71", "TALVIK_DIR"),
+            "/opt/talvik/dune_marine71");
+  EXPECT_EQ(file.value("HKEY_LOCAL_MACHINE\\Software\\TALVIK\\dune71", "talvik_dir"),
+            "/opt/talvik/dune71");
   EXPECT_FALSE(file.value("Software\\TALVIK\\dune_marine71", "DRIVER"));
   EXPECT_FALSE(file.hasKey("Software\\TALVIK\\dune72"));
 }
@@ -50,8 +52,9 @@ TEST(RegistryFile, EmptySectionIsAKeyWithoutValues) {
 TEST(RegistryFiles, FirstFileHoldingTheKeyAnswers) {
   RegistryFiles files;
   files.add(RegistryFile::parse("[Software\\TALVIK\\dune71]\n"));
-  files.add(RegistryFile::parse(
-      "[Software\\TALVIK\\dune71]\nTALVIK_DIR=/second\n[Software\\TALVIK\\dune80]\nTALVIK_DIR=/eighty\n"));
+  files.add(
+      RegistryFile::parse("[Software\\TALVIK\\dune71]\nTALVIK_DIR=/"
+                          "second\n[Software\\TALVIK\\dune80]\nTALVIK_DIR=/eighty\n"));
   EXPECT_TRUE(files.hasKey("Software\\TALVIK\\dune71"));
   // The first file has the key, so its (missing) value is the answer.
   EXPECT_FALSE(files.value("Software\\TALVIK\\dune71", "TALVIK_DIR"));

@@ -26,7 +26,8 @@ TEST(ResultStream, LaterTextsAreBracedWithoutSeparator) {
 
 TEST(ResultStream, ScalarsAreSeparatedByOneBlank) {
   Result r;
-  r.stream << 3 << 4L << 'c' << -7LL << static_cast<unsigned short>(65535) << static_cast<short>(-2);
+  r.stream << 3 << 4L << 'c' << -7LL << static_cast<unsigned short>(65535)
+           << static_cast<short>(-2);
   EXPECT_EQ(r.text, "3 4 c -7 65535 -2");
 }
 
@@ -41,9 +42,15 @@ TEST(ResultStream, DoublesHaveFifteenSignificantDigits) {
     double value;
     const char* text;
   } cases[] = {
-      {0.1, "0.1"},       {1.0 / 3.0, "0.333333333333333"}, {100.0, "100"},
-      {1e20, "1e+20"},    {-2.5e-7, "-2.5e-07"},            {123456789012345678.0, "1.23456789012346e+17"},
-      {0.0, "0"},         {1e15, "1e+15"},                  {123456789012345.0, "123456789012345"},
+      {0.1, "0.1"},
+      {1.0 / 3.0, "0.333333333333333"},
+      {100.0, "100"},
+      {1e20, "1e+20"},
+      {-2.5e-7, "-2.5e-07"},
+      {123456789012345678.0, "1.23456789012346e+17"},
+      {0.0, "0"},
+      {1e15, "1e+15"},
+      {123456789012345.0, "123456789012345"},
   };
   for (const auto& c : cases) {
     Result r;

@@ -1,7 +1,8 @@
+#include "script/settings_line_readers.h"
+
 #include <gtest/gtest.h>
 
 #include "console_capture.h"
-#include "script/settings_line_readers.h"
 
 namespace {
 

@@ -1,6 +1,7 @@
+#include "app/startup.h"
+
 #include <gtest/gtest.h>
 
-#include "app/startup.h"
 #include "console_capture.h"
 
 namespace {

@@ -7,15 +7,14 @@
 #include <vector>
 
 #include "console_capture.h"
-#include "turbo_command_runner.h"
 #include "script/tcl_arg_stream.h"
 #include "script/tcl_result_stream.h"
 #include "turbo/commands/turbo_command_set.h"
 #include "turbo/curve_names.h"
 #include "turbo/monitor.h"
+#include "turbo_command_runner.h"
 
 namespace {
-
 
 // Two extrado points and one intrado point; per point the x of both sections,
 // then their y.
@@ -34,7 +33,8 @@ const char* const kProfile =
     "3 4\n";
 
 std::string cannotOpen(const char* kind, const std::string& path) {
-  return std::string("*** ") + kind + " file  :: read() Cannot open the file :\n\t\t\t      " + path + "\n";
+  return std::string("*** ") + kind + " file  :: read() Cannot open the file :\n\t\t\t      " +
+         path + "\n";
 }
 
 class TurboBladeCommands : public TurboMonitorTest {
@@ -171,7 +171,8 @@ TEST_F(TurboBladeCommands, MissingFilesAreReportedAtEveryReadOfEachMonitor) {
   call("itf_add_prof_file", {profile});
   call("itf_add_prof_file", {profile});
   call("itf_update_prof_file");
-  EXPECT_EQ(console.text(), printed(profileLines + profileLines + profileLines + profileLines + profileLines));
+  EXPECT_EQ(console.text(),
+            printed(profileLines + profileLines + profileLines + profileLines + profileLines));
   EXPECT_EQ(call("itf_get_prof_nbPts", {profile, "Intrado"}), "0");
 
   // The file appears: read at the next request.

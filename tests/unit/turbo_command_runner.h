@@ -30,7 +30,8 @@ struct CommandCase {
 
 inline void expectAnswers(const std::vector<CommandCase>& cases) {
   for (const CommandCase& c : cases) {
-    EXPECT_EQ(call(c.command, c.arguments), c.answer) << c.command << " " << testing::PrintToString(c.arguments);
+    EXPECT_EQ(call(c.command, c.arguments), c.answer)
+        << c.command << " " << testing::PrintToString(c.arguments);
   }
 }
 

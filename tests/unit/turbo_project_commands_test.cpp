@@ -9,15 +9,14 @@
 #include <vector>
 
 #include "console_capture.h"
-#include "turbo_command_runner.h"
 #include "script/tcl_arg_stream.h"
 #include "script/tcl_result_stream.h"
 #include "turbo/commands/turbo_command_set.h"
 #include "turbo/curve_names.h"
 #include "turbo/monitor.h"
+#include "turbo_command_runner.h"
 
 namespace {
-
 
 // One record of a steady history: the iteration number, then `count` values,
 // value p being step * (p + 1) + 0.5. Against the record of step 0 every
@@ -56,9 +55,15 @@ TEST(TurboExtension, IsWhatFollowsTheLastDotOfTheWholeArgument) {
     const char* argument;
     const char* extension;
   } cases[] = {
-      {"a.res", "res"},         {"dir.res/file", "res/file"}, {"run.res.bak", "bak"},
-      {"x.RES", "RES"},         {"noext", ""},                {"trail.", ""},
-      {".res", "res"},          {"d.1/run.res", "res"},       {"", ""},
+      {"a.res", "res"},
+      {"dir.res/file", "res/file"},
+      {"run.res.bak", "bak"},
+      {"x.RES", "RES"},
+      {"noext", ""},
+      {"trail.", ""},
+      {".res", "res"},
+      {"d.1/run.res", "res"},
+      {"", ""},
   };
   for (const auto& c : cases) EXPECT_EQ(turbo::extensionOf(c.argument), c.extension) << c.argument;
 }
@@ -68,14 +73,16 @@ TEST_F(TurboProjects, CommandLineArgumentsEndingInResBecomeRunningProjects) {
   const std::string c = write("c.res", shortHistory(2, 5, 2));
   // Arguments of other extensions are not opened: none of them exists.
   ConsoleCapture console;
-  start({a, path("b.txt"), c, path("dir.res/file"), path("x.RES"), path("trail."), path("run.res.bak")});
+  start({a, path("b.txt"), c, path("dir.res/file"), path("x.RES"), path("trail."),
+         path("run.res.bak")});
   EXPECT_EQ(console.text(), "");
   EXPECT_EQ(call("itf_read_running_project"), "2 {" + a + "}  {" + c + "} ");
   EXPECT_EQ(call("itf_get_nbBlock", {a}), "1");
   EXPECT_EQ(call("itf_get_nbBlock", {c}), "2");
 
   // An added project comes after the running ones.
-  const std::string d = write("d.res", "0 3.0 1 TF K-E 0 0 7 STEADY DUCT\n" + steadyRecords(1, 9 + 2 * 8));
+  const std::string d =
+      write("d.res", "0 3.0 1 TF K-E 0 0 7 STEADY DUCT\n" + steadyRecords(1, 9 + 2 * 8));
   call("itf_add_res_file", {d});
   call("itf_set_current_project", {d});
   EXPECT_EQ(monitor_->currentProject, 2);
@@ -142,7 +149,8 @@ TEST_F(TurboProjects, AddingReadsTheNewProjectThenEveryProjectInJointOrder) {
 }
 
 TEST_F(TurboProjects, AddingTheFileOfARunningProjectWarnsAndAddsItAnyway) {
-  const std::string a = write("a.res", "0 2.0 1 3D K-O 0 0 STEADY TURBO\n" + steadyRecords(2, 9 + 2 * 7));
+  const std::string a =
+      write("a.res", "0 2.0 1 3D K-O 0 0 STEADY TURBO\n" + steadyRecords(2, 9 + 2 * 7));
   start({a});
   ConsoleCapture console;
   call("itf_add_res_file", {a});
@@ -171,14 +179,16 @@ TEST_F(TurboProjects, EveryRunningProjectOfThePathWarns) {
   call("itf_add_res_file", {a});
   EXPECT_EQ(console.text(), "Project already loaded\nProject already loaded\n");
   call("itf_add_res_file", {a});
-  EXPECT_EQ(console.text(), "Project already loaded\nProject already loaded\n"
-                            "Project already loaded\nProject already loaded\n");
+  EXPECT_EQ(console.text(),
+            "Project already loaded\nProject already loaded\n"
+            "Project already loaded\nProject already loaded\n");
   call("itf_set_current_project", {a});
   EXPECT_EQ(monitor_->currentProject, 4);
 }
 
 TEST_F(TurboProjects, SamePathAddedThreeTimesMakesThreeProjectsAndLookupsFindTheFirst) {
-  const std::string p = write("p.res", "0 2.0 1 B2B NO-K-E 1 sp1 0 STEADY TURBO\n" + steadyRecords(2, 9 + 2 * 6));
+  const std::string p =
+      write("p.res", "0 2.0 1 B2B NO-K-E 1 sp1 0 STEADY TURBO\n" + steadyRecords(2, 9 + 2 * 6));
   const std::string described = "B2B {NO-K-E}  1 0 { {sp1}  }  {TURBO} ";
   start();
   ConsoleCapture console;
@@ -204,8 +214,10 @@ TEST_F(TurboProjects, SamePathAddedThreeTimesMakesThreeProjectsAndLookupsFindThe
 
 TEST_F(TurboProjects, RemovalTakesCountPathsFromTheListAndResetsCurrentProjectAndBlock) {
   const std::string r = write("r.res", shortHistory(1, 5, 1));
-  const std::string p = write("p.res", "0 2.0 1 3D NO-K-E 0 1 h1 STEADY P\n" + steadyRecords(1, 9 + 2 * 6));
-  const std::string q = write("q.res", "0 2.0 1 3D NO-K-E 0 1 h1 STEADY Q\n" + steadyRecords(1, 9 + 2 * 6));
+  const std::string p =
+      write("p.res", "0 2.0 1 3D NO-K-E 0 1 h1 STEADY P\n" + steadyRecords(1, 9 + 2 * 6));
+  const std::string q =
+      write("q.res", "0 2.0 1 3D NO-K-E 0 1 h1 STEADY Q\n" + steadyRecords(1, 9 + 2 * 6));
   start({r});
   call("itf_add_res_file", {p});
   call("itf_add_res_file", {q});
@@ -277,9 +289,8 @@ TEST_F(TurboProjects, CurrentBlockIsTheOneBasedArgumentLessOne) {
     std::vector<std::string> arguments;
     int block;
   } cases[] = {
-      {{"1"}, 0},   {{"3"}, 2},           {{"0"}, -1},
-      {{"-5"}, -6}, {{"12abc"}, 11},      {{"abc"}, -1},
-      {{}, -1},     {{"99999999999"}, 2147483646},
+      {{"1"}, 0},      {{"3"}, 2},    {{"0"}, -1}, {{"-5"}, -6},
+      {{"12abc"}, 11}, {{"abc"}, -1}, {{}, -1},    {{"99999999999"}, 2147483646},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(call("itf_set_current_block", c.arguments), "");
@@ -290,7 +301,8 @@ TEST_F(TurboProjects, CurrentBlockIsTheOneBasedArgumentLessOne) {
 TEST_F(TurboProjects, ModeDescriptionsWithoutAnyProject) {
   start();
   EXPECT_EQ(call("itf_get_current_mode"), kDefaultMode);
-  for (const char* index : {"5", "0", "-1", "abc"}) EXPECT_EQ(call("itf_get_mode", {index}), kDefaultMode);
+  for (const char* index : {"5", "0", "-1", "abc"})
+    EXPECT_EQ(call("itf_get_mode", {index}), kDefaultMode);
   EXPECT_EQ(call("itf_get_mode"), kDefaultMode);
 }
 
@@ -301,11 +313,14 @@ TEST_F(TurboProjects, ModeDescriptionsOfEachHeaderVersion) {
   for (int r = 0; r < 2; ++r) {
     unsteady += std::to_string(r + 1) + " " + steadyRecord(10 * (r + 1), r, 9 + 2 * 11 + 1);
   }
-  const std::string v3 = write("v3.res", "0 3.0 1 TF K-E 2 sp_a sp_b 1 h_c 4 UNSTEADY TURBO2\n" + unsteady);
+  const std::string v3 =
+      write("v3.res", "0 3.0 1 TF K-E 2 sp_a sp_b 1 h_c 4 UNSTEADY TURBO2\n" + unsteady);
   // Version 1.0: one name list, no choice.
-  const std::string v1 = write("v1.res", "0 1.0 2 B2B SPL-ALM 1 sp_x STEADY TURBO\n" + steadyRecords(2, 9 + 4 * 7));
+  const std::string v1 =
+      write("v1.res", "0 1.0 2 B2B SPL-ALM 1 sp_x STEADY TURBO\n" + steadyRecords(2, 9 + 4 * 7));
   // Version 2.0 behind a marker above the short-header range.
-  const std::string v2 = write("v2.res", "100001 2.0 1 3D K-O 0 2 h1 h2 STEADY APP\n" + steadyRecords(2, 9 + 2 * 9));
+  const std::string v2 =
+      write("v2.res", "100001 2.0 1 3D K-O 0 2 h1 h2 STEADY APP\n" + steadyRecords(2, 9 + 2 * 9));
   // The largest block count of a short header.
   const std::string s = write("s.res", "100000 0\n" + steadyRecords(2, 9));
   start();
@@ -328,7 +343,8 @@ TEST_F(TurboProjects, ModeDescriptionsOfEachHeaderVersion) {
   for (const auto& c : cases) EXPECT_EQ(call("itf_get_mode", {c.index}), c.mode) << c.index;
 
   // The equation counts the headers give fit the records exactly.
-  for (const std::string& file : {v3, v1, v2, s}) EXPECT_EQ(call("itf_get_nbIter", {file}), "2") << file;
+  for (const std::string& file : {v3, v1, v2, s})
+    EXPECT_EQ(call("itf_get_nbIter", {file}), "2") << file;
   EXPECT_EQ(call("itf_get_nbBlock", {v1}), "2");
   EXPECT_EQ(call("itf_get_nbBlock", {s}), "100000");
 
@@ -351,9 +367,10 @@ TEST_F(TurboProjects, ResidualsPerRowChoiceOfAnUnknownPathIsReported) {
   ConsoleCapture console;
   EXPECT_EQ(call("itf_get_residuals_per_row_choice", {path("none.res")}), "0");
   EXPECT_EQ(call("itf_get_residuals_per_row_choice"), "0");
-  EXPECT_EQ(console.text(), "itf_get_residuals_per_row_choice, ERROR: residual file: " + path("none.res") +
-                                " not found!\n"
-                                "itf_get_residuals_per_row_choice, ERROR: residual file:  not found!\n");
+  EXPECT_EQ(console.text(),
+            "itf_get_residuals_per_row_choice, ERROR: residual file: " + path("none.res") +
+                " not found!\n"
+                "itf_get_residuals_per_row_choice, ERROR: residual file:  not found!\n");
 }
 
 TEST_F(TurboProjects, HistoryWithOnlyItsHeaderShowsNothingUntilTheFirstRecord) {
@@ -370,7 +387,8 @@ TEST_F(TurboProjects, HistoryWithOnlyItsHeaderShowsNothingUntilTheFirstRecord) {
 }
 
 TEST_F(TurboProjects, UnknownModuleIsReportedAtEveryRead) {
-  const std::string file = write("m.res", "0 3.0 1 4D K-E 0 0 0 STEADY TURBO\n" + steadyRecords(1, 9 + 2 * 7));
+  const std::string file =
+      write("m.res", "0 3.0 1 4D K-E 0 0 0 STEADY TURBO\n" + steadyRecords(1, 9 + 2 * 7));
   start();
   ConsoleCapture console;
   call("itf_add_res_file", {file});
@@ -383,7 +401,8 @@ TEST_F(TurboProjects, UnknownModuleIsReportedAtEveryRead) {
 TEST_F(TurboProjects, CountsOfAProject) {
   const std::string steady = write("s.res", shortHistory(2, 5, 3));
   std::string records;
-  for (int r = 0; r < 2; ++r) records += std::to_string(r + 7) + " " + steadyRecord(100 * (r + 1), r, 9 + 2 * 5 + 1);
+  for (int r = 0; r < 2; ++r)
+    records += std::to_string(r + 7) + " " + steadyRecord(100 * (r + 1), r, 9 + 2 * 5 + 1);
   const std::string unsteady = write("u.res", "0 2.0 1 3D NO-K-E 0 0 UNSTEADY TURBO\n" + records);
   start({steady});
   call("itf_add_res_file", {unsteady});
@@ -393,14 +412,20 @@ TEST_F(TurboProjects, CountsOfAProject) {
     std::string file;
     const char* answer;
   } cases[] = {
-      {"itf_get_nbIter", steady, "3"},     {"itf_get_real_nbIter", steady, "30"},
-      {"itf_get_nbBlock", steady, "2"},    {"itf_get_nbIter", unsteady, "2"},
-      {"itf_get_real_nbIter", unsteady, "200"}, {"itf_get_nbBlock", unsteady, "1"},
+      {"itf_get_nbIter", steady, "3"},
+      {"itf_get_real_nbIter", steady, "30"},
+      {"itf_get_nbBlock", steady, "2"},
+      {"itf_get_nbIter", unsteady, "2"},
+      {"itf_get_real_nbIter", unsteady, "200"},
+      {"itf_get_nbBlock", unsteady, "1"},
       // Unknown paths answer nothing.
-      {"itf_get_nbIter", path("x.res"), ""},    {"itf_get_real_nbIter", path("x.res"), ""},
-      {"itf_get_nbBlock", path("x.res"), ""},   {"itf_get_nbIter", "", ""},
+      {"itf_get_nbIter", path("x.res"), ""},
+      {"itf_get_real_nbIter", path("x.res"), ""},
+      {"itf_get_nbBlock", path("x.res"), ""},
+      {"itf_get_nbIter", "", ""},
   };
-  for (const auto& c : cases) EXPECT_EQ(call(c.command, {c.file}), c.answer) << c.command << " " << c.file;
+  for (const auto& c : cases)
+    EXPECT_EQ(call(c.command, {c.file}), c.answer) << c.command << " " << c.file;
   for (const char* command : {"itf_get_nbIter", "itf_get_real_nbIter", "itf_get_nbBlock"}) {
     EXPECT_EQ(call(command), "") << command;
   }
@@ -447,7 +472,8 @@ TEST_F(TurboProjects, UpdateAppendsExactlyTheNewRecordsAndWaitsForHalfWrittenOne
   const auto lifts = [&] {
     std::string all;
     const int count = std::stoi(call("itf_get_nbIter", {file}));
-    for (int i = 0; i < count; ++i) all += "[" + call("itf_get_curve_value", {"0", file, std::to_string(i)}) + "]";
+    for (int i = 0; i < count; ++i)
+      all += "[" + call("itf_get_curve_value", {"0", file, std::to_string(i)}) + "]";
     return all;
   };
   call("itf_set_current_nbIter", {"0", "1", file, "2"});
@@ -508,8 +534,8 @@ TEST_F(TurboProjects, RewrittenHistoryStartsOverAndClearsTheBookmarks) {
 
   // Rewritten longer than before, with another shape: nothing of the old
   // history stays.
-  write("run.res", "2 5\n" + steadyRecord(3, 1, 29) + steadyRecord(4, 2, 29) + steadyRecord(5, 3, 29) +
-                       steadyRecord(6, 4, 29));
+  write("run.res", "2 5\n" + steadyRecord(3, 1, 29) + steadyRecord(4, 2, 29) +
+                       steadyRecord(5, 3, 29) + steadyRecord(6, 4, 29));
   EXPECT_EQ(call("itf_update_now_monitor"), "1");
   EXPECT_EQ(call("itf_get_nbIter", {file}), "4");
   EXPECT_EQ(call("itf_get_nbBlock", {file}), "2");
@@ -550,7 +576,8 @@ TEST_F(TurboProjects, LinesEndingInCarriageReturnLineFeed) {
     }
     return text;
   };
-  const std::string file = write("win.res", crlf("0 2.0 1 3D K-E 1 sp1 0 STEADY TURBO\n" + steadyRecords(2, 9 + 2 * 8)));
+  const std::string file =
+      write("win.res", crlf("0 2.0 1 3D K-E 1 sp1 0 STEADY TURBO\n" + steadyRecords(2, 9 + 2 * 8)));
   start({file});
   EXPECT_EQ(call("itf_get_current_mode"), "3D {K-E}  1 0 { {sp1}  }  {TURBO} ");
   EXPECT_EQ(call("itf_get_nbIter", {file}), "2");
@@ -572,7 +599,8 @@ TEST_F(TurboProjects, WorkUnitChoiceIsStoredAsGiven) {
   const struct {
     std::vector<std::string> arguments;
     const char* answer;
-  } cases[] = {{{"1"}, "1"}, {{"0"}, "0"}, {{"1xyz"}, "1"}, {{"abc"}, "0"}, {{"7"}, "7"}, {{}, "0"}};
+  } cases[] = {{{"1"}, "1"},   {{"0"}, "0"}, {{"1xyz"}, "1"},
+               {{"abc"}, "0"}, {{"7"}, "7"}, {{}, "0"}};
   for (const auto& c : cases) {
     monitor_->settingsChanged = 0;
     EXPECT_EQ(call("itf_work_unit", c.arguments), "");

@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "app/version_tag.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -44,16 +44,21 @@ TEST(VersionTag, ProductWordIsTriedBeforeTheTools) {
 }
 
 TEST(VersionTag, OddCharactersStayInTheTag) {
-  const app::VersionTag version = versionTagFromProgramPath("/opt/dune7 1{x}$[y]/bin/monitor", kTools);
+  const app::VersionTag version =
+      versionTagFromProgramPath("/opt/dune7 1{x}$[y]/bin/monitor", kTools);
   EXPECT_EQ(version.tag, "7 1{x}$[y]");
-  EXPECT_EQ(registryKeysFor(version, kTools), std::vector<std::string>{"Software\\TALVIK\\dune7 1{x}$[y]"});
+  EXPECT_EQ(registryKeysFor(version, kTools),
+            std::vector<std::string>{"Software\\TALVIK\\dune7 1{x}$[y]"});
 }
 
 TEST(VersionTag, RegistryKeys) {
-  EXPECT_EQ(registryKeysFor({"71", 0}, kTools), std::vector<std::string>{"Software\\TALVIK\\dune71"});
-  EXPECT_EQ(registryKeysFor({"12", 1}, kTools),
-            (std::vector<std::string>{"Software\\TALVIK\\alphatool12", "Software\\TALVIK\\dune12"}));
-  EXPECT_EQ(registryKeysFor({"3", 4}, kTools), std::vector<std::string>{"Software\\TALVIK\\deltatool3"});
+  EXPECT_EQ(registryKeysFor({"71", 0}, kTools),
+            std::vector<std::string>{"Software\\TALVIK\\dune71"});
+  EXPECT_EQ(
+      registryKeysFor({"12", 1}, kTools),
+      (std::vector<std::string>{"Software\\TALVIK\\alphatool12", "Software\\TALVIK\\dune12"}));
+  EXPECT_EQ(registryKeysFor({"3", 4}, kTools),
+            std::vector<std::string>{"Software\\TALVIK\\deltatool3"});
 }
 
 TEST(VersionTag, QvversionArgument) {

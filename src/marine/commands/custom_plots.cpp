@@ -65,7 +65,8 @@ bool computePlotPoints(const formula::QuantityDataProvider& provider, const std:
   return true;
 }
 
-bool CustomPlot::setFormula(const formula::QuantityDataProvider& provider, const std::string& formula) {
+bool CustomPlot::setFormula(const formula::QuantityDataProvider& provider,
+                            const std::string& formula) {
   PlotPoints points;
   if (!computePlotPoints(provider, formula, 0, points)) {
     points_.clear();

@@ -21,7 +21,8 @@ std::string_view sideCurve(std::int32_t side, std::string_view first, std::strin
 }
 
 template <typename FileMonitor>
-void writeCount(ArgStream& arguments, ResultStream& result, BladeFileRegistry<FileMonitor>& registry) {
+void writeCount(ArgStream& arguments, ResultStream& result,
+                BladeFileRegistry<FileMonitor>& registry) {
   FileMonitor* monitor = registry.find(textArgument(arguments));
   const std::string curve = textArgument(arguments);
   if (monitor != nullptr) result << monitor->file().nbPts(curve);
@@ -44,14 +45,16 @@ void getExtradoValue(ArgStream& arguments, ResultStream& result) {
   DiagramMonitor* diagram = theMonitor()->diagrams().find(textArgument(arguments));
   const std::int32_t side = integerArgument(arguments);
   const std::int32_t point = integerArgument(arguments);
-  if (diagram != nullptr) writePoint(result, diagram->file(), sideCurve(side, "Extrado_1", "Extrado_2"), point);
+  if (diagram != nullptr)
+    writePoint(result, diagram->file(), sideCurve(side, "Extrado_1", "Extrado_2"), point);
 }
 
 void getIntradoValue(ArgStream& arguments, ResultStream& result) {
   DiagramMonitor* diagram = theMonitor()->diagrams().find(textArgument(arguments));
   const std::int32_t side = integerArgument(arguments);
   const std::int32_t point = integerArgument(arguments);
-  if (diagram != nullptr) writePoint(result, diagram->file(), sideCurve(side, "Intrado_1", "Intrado_2"), point);
+  if (diagram != nullptr)
+    writePoint(result, diagram->file(), sideCurve(side, "Intrado_1", "Intrado_2"), point);
 }
 
 void updateProfFile(ArgStream&, ResultStream&) { theMonitor()->profiles().updateAll(); }

@@ -21,7 +21,8 @@ ProjectMonitor* projectByPath(ArgStream& arguments) {
 
 void writeModeDescription(ResultStream& result, const ProjectMonitor* project) {
   if (project == nullptr) {
-    result << "3D" << "NO-K-E" << 0 << 0;
+    result << "3D"
+           << "NO-K-E" << 0 << 0;
     result.beginList();
     result.endList();
     result << "TURBO";
@@ -114,7 +115,8 @@ void getRealNbIter(ArgStream& arguments, ResultStream& result) {
 void getCurrentNbIter(ArgStream& arguments, ResultStream& result) {
   const std::int32_t i = integerArgument(arguments);
   const std::int32_t j = integerArgument(arguments);
-  if (ProjectMonitor* project = projectByPath(arguments)) result << project->currentIter().get(i, j);
+  if (ProjectMonitor* project = projectByPath(arguments))
+    result << project->currentIter().get(i, j);
 }
 
 void setCurrentNbIter(ArgStream& arguments, ResultStream&) {
@@ -155,7 +157,8 @@ void getResidualsPerRowChoice(ArgStream& arguments, ResultStream& result) {
   const std::string path = textArgument(arguments);
   const ProjectMonitor* project = theMonitor()->findProject(path);
   if (project == nullptr) {
-    platform::consoleLine("itf_get_residuals_per_row_choice, ERROR: residual file: " + path + " not found!");
+    platform::consoleLine("itf_get_residuals_per_row_choice, ERROR: residual file: " + path +
+                          " not found!");
     result << 0;
     return;
   }
