@@ -28,7 +28,7 @@
 #include "formula/quantity_data_provider.h"
 #include "formula/symbol_table.h"
 #include "formula/variable_store.h"
-#include "marine/commands/custom_plots.h"
+#include "marine/custom_plots.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // The user table user_data.csv as a running solver leaves it, read through
 // every step of growFile; the quantities are walked after each.
-#include "marine/commands/extra_quantities.h"
+#include "marine/extra_quantities.h"
 
 #include <cstddef>
 #include <cstdint>

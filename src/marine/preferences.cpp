@@ -4,7 +4,7 @@
 
 #include "fileformat/input_file.h"
 #include "fileformat/line_helpers.h"
-#include "script/settings_line_readers.h"
+#include "fileformat/settings_line_readers.h"
 
 namespace marine {
 namespace {

@@ -11,12 +11,12 @@
 #include <string>
 #include <vector>
 
-#include "formula/marine_vars_provider.h"
 #include "marine/actuator_disks.h"
 #include "marine/body_object.h"
-#include "marine/commands/custom_plots.h"
-#include "marine/commands/extra_quantities.h"
 #include "marine/component_file.h"
+#include "marine/custom_plots.h"
+#include "marine/extra_quantities.h"
+#include "marine/marine_vars_provider.h"
 #include "marine/res_file_marine.h"
 
 namespace marine {

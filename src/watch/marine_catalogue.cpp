@@ -1,7 +1,7 @@
 #include "watch/marine_catalogue.h"
 
-#include "formula/marine_vars_provider.h"
 #include "marine/marine_names.h"
+#include "marine/marine_vars_provider.h"
 #include "marine/project_quantities.h"
 
 namespace watch {

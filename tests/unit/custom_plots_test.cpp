@@ -2,7 +2,7 @@
 // the variables a run offers, the points of a formula (abscissae of the
 // first body, values of bodies, sub-bodies and motions), how a plot follows
 // a live run and a restart, and the plot list's numbering and failures.
-#include "marine/commands/custom_plots.h"
+#include "marine/custom_plots.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

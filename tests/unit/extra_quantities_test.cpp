@@ -1,7 +1,7 @@
 // The user quantities of "user_data.csv": titles split into name and unit,
 // data lines read (short ones padded with a warning), and a file that grows,
 // appears late or is written again, each of its lines stored exactly once.
-#include "marine/commands/extra_quantities.h"
+#include "marine/extra_quantities.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

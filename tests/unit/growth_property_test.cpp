@@ -22,8 +22,8 @@
 
 #include "console_capture.h"
 #include "fileformat/dat_table_reader.h"
-#include "marine/commands/extra_quantities.h"
 #include "marine/component_file.h"
+#include "marine/extra_quantities.h"
 #include "marine/header_lines.h"
 #include "marine/motion_history.h"
 #include "marine/project_monitor_marine.h"

@@ -1,4 +1,4 @@
-#include "script/settings_line_readers.h"
+#include "fileformat/settings_line_readers.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "marine/commands/custom_plots.h"
+#include "marine/custom_plots.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "marine/commands/extra_quantities.h"
+#include "marine/extra_quantities.h"
 
 #include <charconv>
 

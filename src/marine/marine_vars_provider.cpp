@@ -1,4 +1,4 @@
-#include "formula/marine_vars_provider.h"
+#include "marine/marine_vars_provider.h"
 
 #include <limits>
 
