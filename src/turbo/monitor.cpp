@@ -10,8 +10,6 @@ Monitor* processMonitor = nullptr;
 
 }  // namespace
 
-int workUnit = 0;
-
 Monitor* theMonitor() { return processMonitor; }
 
 std::string extensionOf(const std::string& argument) {

@@ -69,10 +69,6 @@ class Monitor {
 // The process's monitor in turbomachinery mode; null in marine mode.
 Monitor* theMonitor();
 
-// Curves are plotted against the iteration number (0) or the "WorkUnit"
-// value (1). Shared by both modes.
-extern int workUnit;
-
 // The extension of an argument: what follows its last '.'; empty without one.
 std::string extensionOf(const std::string& argument);
 

@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "bulk_route.h"
+#include "fileformat/work_unit.h"
 #include "marine/commands/curve_sources.h"
 #include "marine_command_fixture.h"
 
@@ -121,7 +122,7 @@ TEST_F(MarineBulkRoute, UnsteadyRunInIterationsAndWorkUnits) {
   run("itm_add_custom_plot", {path, "Fx_hull+Fx_keel"});
   run("itm_add_custom_plot", {path, "2*t"});
   expectEveryCurveSame(path);
-  turbo::workUnit = 1;
+  fileformat::workUnit = 1;
   expectEveryCurveSame(path);
 }
 

@@ -16,6 +16,7 @@
 
 #include "command_call.h"
 #include "console_capture.h"
+#include "fileformat/work_unit.h"
 #include "marine/commands/marine_command_set.h"
 #include "marine/monitor_marine.h"
 #include "script/tcl_arg_stream.h"
@@ -72,7 +73,7 @@ class MarineCommandTest : public testing::Test {
   }
   ~MarineCommandTest() override {
     monitor_.reset();
-    turbo::workUnit = 0;
+    fileformat::workUnit = 0;
     std::error_code ignored;
     fs::remove_all(folder_, ignored);
   }

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "fileformat/work_unit.h"
 #include "marine/commands/command_support.h"
 #include "marine_command_fixture.h"
 
@@ -75,7 +76,7 @@ TEST_F(MarineSteadyCurves, ResidualsStandAtTheirIterationNumberWhateverTheBody) 
 }
 
 TEST_F(MarineSteadyCurves, InPhysicalTimeResidualsStandAtTheTimeOfTheFirstBodysRow) {
-  turbo::workUnit = 1;
+  fileformat::workUnit = 1;
   EXPECT_EQ(point("Resids", "0", "-1", "1"), Answer{"0.200000002980232 0.25"});
   EXPECT_EQ(point("Resids", "0", "-1", "1", "4"), Answer{"0 0"});
 }

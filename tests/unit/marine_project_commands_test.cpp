@@ -1,6 +1,7 @@
 // The marine commands on the loaded projects: the table the scripts call,
 // loading and removing projects, the current project, refreshes, the work
 // unit, the axis title, the preferences and the comparison of two runs.
+#include "fileformat/work_unit.h"
 #include "marine_command_fixture.h"
 
 namespace marine_commands_test {
@@ -179,7 +180,7 @@ TEST_F(MarineProjectCommands, RefreshingNowAnswersWhetherAnyProjectChanged) {
 
 TEST_F(MarineProjectCommands, TheWorkUnitIsTheProcessFlag) {
   EXPECT_EQ(run("itf_get_work_unit_KELP"), Answer{"0"});
-  turbo::workUnit = 1;
+  fileformat::workUnit = 1;
   EXPECT_EQ(run("itf_get_work_unit_KELP"), Answer{"1"});
 }
 

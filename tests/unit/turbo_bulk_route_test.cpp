@@ -7,6 +7,7 @@
 
 #include "bulk_route.h"
 #include "console_capture.h"
+#include "fileformat/work_unit.h"
 #include "turbo/commands/curve_sources.h"
 #include "turbo_command_runner.h"
 
@@ -72,7 +73,7 @@ TEST_F(TurboBulkRoute, ResidualHistoriesInIterationsAndWorkUnits) {
   const std::string plain = write("plain.res", "1 9\n" + records(3, 27, false));
   start({kE, plain});
   for (const int unit : {0, 1}) {
-    turbo::workUnit = unit;
+    fileformat::workUnit = unit;
     expectResidualCurvesSame(kE, 2);
     expectResidualCurvesSame(plain, 1);
   }

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "command_call.h"
+#include "fileformat/work_unit.h"
 #include "scratch_folder.h"
 #include "turbo/commands/turbo_command_set.h"
 #include "turbo/curve_names.h"
@@ -42,7 +43,7 @@ class TurboMonitorTest : public ScratchFolder {
   static void SetUpTestSuite() { turbo::buildCurveNameTables(); }
   ~TurboMonitorTest() override {
     monitor_.reset();
-    turbo::workUnit = 0;
+    fileformat::workUnit = 0;
   }
 
   std::string path(const std::string& name) const { return pathOf(name); }

@@ -1,7 +1,7 @@
 #include "marine/commands/curve_abscissa.h"
 
+#include "fileformat/work_unit.h"
 #include "marine/commands/command_support.h"
-#include "turbo/monitor.h"
 
 namespace marine {
 namespace {
@@ -27,7 +27,7 @@ double bodyAbscissa(const ProjectMonitorMarine& project, const BodyObject& body,
 
 double residualAbscissa(const ProjectMonitorMarine& project, long long position) {
   const ResFileMarine& file = project.resFile();
-  if (turbo::workUnit == 0) {
+  if (fileformat::workUnit == 0) {
     return position >= 0 && static_cast<std::size_t>(position) < file.recordCount()
                ? file.record(static_cast<std::size_t>(position)).iterationNumber()
                : 0;

@@ -1,6 +1,7 @@
 // Commands on the loaded projects and the script's current values.
 #include <algorithm>
 
+#include "fileformat/work_unit.h"
 #include "marine/commands/command_support.h"
 #include "marine/commands/marine_command_set.h"
 #include "marine/run_comparison.h"
@@ -8,7 +9,6 @@
 #include "script/arg_stream.h"
 #include "script/monitor_session.h"
 #include "script/result_stream.h"
-#include "turbo/monitor.h"
 
 namespace marine {
 namespace {
@@ -81,7 +81,7 @@ void updateNowMonitor(ArgStream&, ResultStream& result) {
 
 void quitCommand(ArgStream&, ResultStream&) { theMonitorSession()->running = 0; }
 
-void getWorkUnit(ArgStream&, ResultStream& result) { result << turbo::workUnit; }
+void getWorkUnit(ArgStream&, ResultStream& result) { result << fileformat::workUnit; }
 
 void getStationalMode(ArgStream& arguments, ResultStream& result) {
   const ProjectMonitorMarine* project =

@@ -1,6 +1,7 @@
 // Commands on the loaded projects, their shape and the script's current values.
 #include <algorithm>
 
+#include "fileformat/work_unit.h"
 #include "platform/console.h"
 #include "script/monitor_session.h"
 #include "script/result_stream.h"
@@ -134,11 +135,11 @@ void getNbBlock(ArgStream& arguments, ResultStream& result) {
 }
 
 void setWorkUnit(ArgStream& arguments, ResultStream&) {
-  workUnit = integerArgument(arguments);
+  fileformat::workUnit = integerArgument(arguments);
   theMonitor()->settingsChanged = 1;
 }
 
-void getWorkUnit(ArgStream&, ResultStream& result) { result << workUnit; }
+void getWorkUnit(ArgStream&, ResultStream& result) { result << fileformat::workUnit; }
 
 void updateNowMonitor(ArgStream&, ResultStream& result) {
   Monitor& monitor = *theMonitor();

@@ -2,6 +2,7 @@
 
 #include <iterator>
 
+#include "fileformat/work_unit.h"
 #include "turbo/monitor.h"
 
 namespace turbo {
@@ -45,8 +46,8 @@ std::string harmonicResidualName(std::int32_t code, const std::string& prefix) {
 double recordAbscissa(const ResFile& file, long long record) {
   if (!held(file, record)) return 0.0;
   const IteRes values = file.record(static_cast<std::size_t>(record));
-  return workUnit == 1 ? static_cast<double>(values.valueAt(0))
-                       : static_cast<double>(values.iterationNumber());
+  return fileformat::workUnit == 1 ? static_cast<double>(values.valueAt(0))
+                                   : static_cast<double>(values.iterationNumber());
 }
 
 float recordValue(const ResFile& file, long long record, std::int64_t position) {

@@ -1,0 +1,7 @@
+#include "fileformat/work_unit.h"
+
+namespace fileformat {
+
+int workUnit = 0;
+
+}  // namespace fileformat
