@@ -252,69 +252,90 @@ int verdictOf(Tcl_Interp* interp, const plot::CurvePoints& curve, int objc, Tcl_
   return TCL_OK;
 }
 
+// One call of the command: the subcommand's arguments are objv[2] on, the
+// curve they name (for the subcommands that take one) already found.
+struct Call {
+  Tcl_Interp* interp;
+  CurveRegistry& registry;
+  plot::CurvePoints* curve;
+  int objc;
+  Tcl_Obj* const* objv;
+};
+
+int newCurve(const Call& call) {
+  const std::string created = "curve" + std::to_string(++call.registry.created);
+  call.registry.curves.emplace(created, plot::CurvePoints{});
+  Tcl_SetObjResult(call.interp,
+                   Tcl_NewStringObj(created.c_str(), static_cast<int>(created.size())));
+  return TCL_OK;
+}
+
+int deleteCurve(const Call& call) {
+  call.registry.curves.erase(std::string(Tcl_GetString(call.objv[2])));
+  return TCL_OK;
+}
+
+int curveLength(const Call& call) {
+  Tcl_SetObjResult(call.interp, Tcl_NewWideIntObj(static_cast<Tcl_WideInt>(call.curve->size())));
+  return TCL_OK;
+}
+
+int truncateCurve(const Call& call) {
+  Tcl_WideInt count = 0;
+  if (Tcl_GetWideIntFromObj(call.interp, call.objv[3], &count) != TCL_OK) return TCL_ERROR;
+  call.curve->truncate(count > 0 ? static_cast<std::size_t>(count) : 0);
+  return TCL_OK;
+}
+
 struct Subcommand {
   std::string_view name;
   int fewestWords;  // of the whole command, its name included
   int mostWords;
   const char* usage;
+  bool takesCurve;
+  int (*run)(const Call& call);
 };
 
 constexpr int kAnyNumber = std::numeric_limits<int>::max();
 
 constexpr Subcommand kSubcommands[] = {
-    {"new", 2, 2, "new"},
-    {"positions", 3, kAnyNumber, "positions source ?argument ...?"},
-    {"fill", 6, kAnyNumber, "fill curve first last source ?argument ...?"},
-    {"delete", 3, 3, "delete curve"},
-    {"length", 3, 3, "length curve"},
-    {"truncate", 4, 4, "truncate curve count"},
-    {"values", 5, 5, "values curve first last"},
-    {"thin", 8, 8, "thin curve xOut yOut xMin xMax columns"},
-    {"statistics", 4, 4, "statistics curve lastCount"},
-    {"verdict", 3, 9, "verdict curve ?-confidence level? ?-tolerance fraction? ?-residual 0|1?"},
+    {"new", 2, 2, "new", false, newCurve},
+    {"positions", 3, kAnyNumber, "positions source ?argument ...?", false,
+     [](const Call& c) { return sourcePositions(c.interp, c.registry, c.objc, c.objv); }},
+    {"fill", 6, kAnyNumber, "fill curve first last source ?argument ...?", true,
+     [](const Call& c) { return fillFromSource(c.interp, c.registry, *c.curve, c.objc, c.objv); }},
+    {"delete", 3, 3, "delete curve", true, deleteCurve},
+    {"length", 3, 3, "length curve", true, curveLength},
+    {"truncate", 4, 4, "truncate curve count", true, truncateCurve},
+    {"values", 5, 5, "values curve first last", true,
+     [](const Call& c) { return pointValues(c.interp, *c.curve, c.objv[3], c.objv[4]); }},
+    {"thin", 8, 8, "thin curve xOut yOut xMin xMax columns", true,
+     [](const Call& c) { return thinPoints(c.interp, *c.curve, c.objv); }},
+    {"statistics", 4, 4, "statistics curve lastCount", true,
+     [](const Call& c) { return statistics(c.interp, *c.curve, c.objv[3]); }},
+    {"verdict", 3, 9, "verdict curve ?-confidence level? ?-tolerance fraction? ?-residual 0|1?",
+     true, [](const Call& c) { return verdictOf(c.interp, *c.curve, c.objc, c.objv); }},
 };
 
 int curveCommand(ClientData clientData, Tcl_Interp* interp, int objc, Tcl_Obj* const objv[]) {
   CurveRegistry& registry = registryOf(clientData);
   const std::string_view name = objc > 1 ? Tcl_GetString(objv[1]) : "";
   const Subcommand* subcommand = nullptr;
-  for (const Subcommand& candidate : kSubcommands)
+  std::string names;
+  for (const Subcommand& candidate : kSubcommands) {
     if (candidate.name == name) subcommand = &candidate;
-  if (subcommand == nullptr)
-    return fail(interp,
-                "usage: monitor_curve "
-                "new|positions|fill|delete|length|truncate|values|thin|statistics|verdict ...");
+    names += (names.empty() ? "" : "|") + std::string(candidate.name);
+  }
+  if (subcommand == nullptr) return fail(interp, "usage: monitor_curve " + names + " ...");
   if (objc < subcommand->fewestWords || objc > subcommand->mostWords)
     return fail(interp,
                 std::string("wrong # args: should be \"monitor_curve ") + subcommand->usage + "\"");
-  if (name == "positions") return sourcePositions(interp, registry, objc, objv);
-  if (name == "new") {
-    const std::string created = "curve" + std::to_string(++registry.created);
-    registry.curves.emplace(created, plot::CurvePoints{});
-    Tcl_SetObjResult(interp, Tcl_NewStringObj(created.c_str(), static_cast<int>(created.size())));
-    return TCL_OK;
+  plot::CurvePoints* curve = nullptr;
+  if (subcommand->takesCurve) {
+    curve = findCurve(interp, registry, objv[2]);
+    if (curve == nullptr) return TCL_ERROR;
   }
-  plot::CurvePoints* curve = findCurve(interp, registry, objv[2]);
-  if (curve == nullptr) return TCL_ERROR;
-  if (name == "delete") {
-    registry.curves.erase(std::string(Tcl_GetString(objv[2])));
-    return TCL_OK;
-  }
-  if (name == "fill") return fillFromSource(interp, registry, *curve, objc, objv);
-  if (name == "length") {
-    Tcl_SetObjResult(interp, Tcl_NewWideIntObj(static_cast<Tcl_WideInt>(curve->size())));
-    return TCL_OK;
-  }
-  if (name == "truncate") {
-    Tcl_WideInt count = 0;
-    if (Tcl_GetWideIntFromObj(interp, objv[3], &count) != TCL_OK) return TCL_ERROR;
-    curve->truncate(count > 0 ? static_cast<std::size_t>(count) : 0);
-    return TCL_OK;
-  }
-  if (name == "values") return pointValues(interp, *curve, objv[3], objv[4]);
-  if (name == "thin") return thinPoints(interp, *curve, objv);
-  if (name == "verdict") return verdictOf(interp, *curve, objc, objv);
-  return statistics(interp, *curve, objv[3]);
+  return subcommand->run({interp, registry, curve, objc, objv});
 }
 
 void deleteRegistry(ClientData clientData, Tcl_Interp*) {
