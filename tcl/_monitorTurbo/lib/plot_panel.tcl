@@ -605,20 +605,29 @@ proc ::plotpanel::setCriteria {confidence tolerance} {
 
 proc ::plotpanel::criteria {} { return [list $::plotpanel::confidence $::plotpanel::tolerance] }
 
-# The verdict of a curve, judged again only when its points or the criteria
-# changed since the last time.
+# The verdict of a curve. It is judged again when the curve is a new one (a
+# new run), when the criteria change, and as it grows: once it has grown by a
+# two-thousandth of its length, or ten seconds after the last judgement. One
+# more row does not change the verdict of a long history, and judging a
+# million points at every refresh would double the refresh's cost.
 proc ::plotpanel::verdict {w id} {
     variable verdicts
     variable confidence
     variable tolerance
     set store [curves::store $id]
-    set basis [list [monitor_curve length $store] [curves::generation $id] $confidence $tolerance]
-    if {[info exists verdicts($w,$id)] && [lindex $verdicts($w,$id) 0] eq $basis} {
-        return [lindex $verdicts($w,$id) 1]
+    set length [monitor_curve length $store]
+    set basis [list [curves::generation $id] $confidence $tolerance]
+    set now [clock milliseconds]
+    if {[info exists verdicts($w,$id)]} {
+        lassign $verdicts($w,$id) lastBasis lastLength judgedAt verdict
+        if {$lastBasis eq $basis && $length >= $lastLength &&
+            ($length == $lastLength || ($length - $lastLength < $lastLength / 2000 && $now - $judgedAt < 10000))} {
+            return $verdict
+        }
     }
     set verdict [monitor_curve verdict $store -confidence $confidence -tolerance $tolerance \
                      -residual [curves::get $id logScale]]
-    set verdicts($w,$id) [list $basis $verdict]
+    set verdicts($w,$id) [list $basis $length $now $verdict]
     return $verdict
 }
 
