@@ -8,18 +8,6 @@
 
 namespace marine {
 
-std::string textArgument(ArgStream& arguments) {
-  std::string text;
-  arguments.extractText(text, kTextCapacity);
-  return text;
-}
-
-std::int32_t integerArgument(ArgStream& arguments, std::int32_t unset) {
-  std::int32_t value = unset;
-  arguments >> value;
-  return value;
-}
-
 float sanitised(double value) {
   if (std::isnan(value) || std::fabs(value) > std::numeric_limits<float>::max())
     return kMissingPoint;

@@ -1,4 +1,5 @@
-// What the marine commands share: reading their arguments, finding the
+// What the marine commands share: reading their arguments (as every command
+// does, script/argument_reading.h), finding the
 // project a path names, checking indexes with the words the scripts know, and
 // the float that stands for a missing point.
 #pragma once
@@ -8,23 +9,17 @@
 #include <string_view>
 
 #include "marine/monitor_marine.h"
+#include "script/argument_reading.h"
 
 class ArgStream;
 
 namespace marine {
 
-// Paths, names and formulas are texts shorter than this.
-inline constexpr std::size_t kTextCapacity = 4096;
 // A body or sub-body index that the script did not give.
 inline constexpr std::int32_t kNoIndex = -1;
 // The float written in place of NaN and of infinite values; the scripts use
 // it to spot missing points.
 inline constexpr float kMissingPoint = 3.4028235e38f;
-
-// The next argument as a text; empty when it is missing or too long.
-std::string textArgument(ArgStream& arguments);
-// The next argument as an integer; `unset` when it is missing.
-std::int32_t integerArgument(ArgStream& arguments, std::int32_t unset = 0);
 
 // The value as a float, kMissingPoint when it is NaN or beyond the floats.
 float sanitised(double value);

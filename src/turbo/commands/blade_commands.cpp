@@ -1,6 +1,6 @@
 // Commands on diagram and profile files.
+#include "script/argument_reading.h"
 #include "script/result_stream.h"
-#include "turbo/commands/command_arguments.h"
 #include "turbo/commands/turbo_command_set.h"
 #include "turbo/monitor.h"
 

@@ -1,6 +1,6 @@
 // Commands that read the points of residual-history curves.
+#include "script/argument_reading.h"
 #include "script/result_stream.h"
-#include "turbo/commands/command_arguments.h"
 #include "turbo/commands/residual_curves.h"
 #include "turbo/commands/turbo_command_set.h"
 #include "turbo/curve_names.h"

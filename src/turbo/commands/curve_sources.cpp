@@ -4,7 +4,7 @@
 #include <array>
 #include <string_view>
 
-#include "turbo/commands/command_arguments.h"
+#include "script/argument_reading.h"
 #include "turbo/commands/residual_curves.h"
 #include "turbo/curve_names.h"
 #include "turbo/monitor.h"

@@ -3,9 +3,9 @@
 
 #include "fileformat/work_unit.h"
 #include "platform/console.h"
+#include "script/argument_reading.h"
 #include "script/monitor_session.h"
 #include "script/result_stream.h"
-#include "turbo/commands/command_arguments.h"
 #include "turbo/commands/turbo_command_set.h"
 #include "turbo/monitor.h"
 
