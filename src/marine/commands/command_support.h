@@ -1,7 +1,7 @@
-// What the marine commands share: reading their arguments (as every command
-// does, script/argument_reading.h), finding the
-// project a path names, checking indexes with the words the scripts know, and
-// the float that stands for a missing point.
+// What the marine commands share: finding the project a path names, checking
+// indexes with the words the scripts know, and the float that stands for a
+// missing point. Their arguments they read as every command does
+// (script/argument_reading.h).
 #pragma once
 
 #include <cstdint>
