@@ -1,6 +1,7 @@
 // The force and moment histories of one body or sub-body: per component file
 // the value of every iteration, and in unsteady runs one converged value per
-// physical time step for each "Dyn" quantity.
+// physical time step for each "Dyn" quantity. Forces and moments are kept and
+// read by the same code, indexed by the component.
 #pragma once
 
 #include <array>
@@ -19,8 +20,7 @@ class ComponentHistories {
  public:
   // `owner` names the class in messages ("BodyObject" or "SubBodyObject").
   explicit ComponentHistories(std::string_view owner) : owner_(owner) {
-    forceSeriesOf_.fill(-1);
-    momentSeriesOf_.fill(-1);
+    for (Histories& component : components_) component.seriesOf.fill(-1);
   }
 
   // Gives every "Dyn" quantity its converged series (unsteady runs) or none.
@@ -30,24 +30,21 @@ class ComponentHistories {
   // history `index`; a converged row (negative time) feeds converged series
   // `index`. False (with a message) for an index outside them.
   bool store(Component component, double time, int index, double value);
-  void reserve(Component component, int index, std::size_t count) {
-    if (index < 0 || index >= kComponentFiles) return;
-    (component == Component::force ? forces_ : moments_)[static_cast<std::size_t>(index)].reserve(
-        count);
-  }
+  void reserve(Component component, int index, std::size_t count);
 
   // One element of the history of a named quantity ("Fx", or "FxDyn" for the
   // converged series); 0 with a message for an unknown name or element.
-  double getForce(std::string_view name, long long element) const;
-  double getMoment(std::string_view name, long long element) const;
-  double getForceConv(int quantity, long long step) const;
-  double getMomentConv(int quantity, long long step) const;
-  int getForceConvLength(int quantity) const;
-  int getMomentConvLength(int quantity) const;
-  int nbIterForceConv(int quantity) const;
-  int nbIterMomentConv(int quantity) const;
-  int realForcesTimesteps(std::string_view name) const;
-  int realMomentsTimesteps(std::string_view name) const;
+  double element(Component component, std::string_view name, long long element) const;
+  // One converged value of a quantity given by its index; 0 with a message
+  // for a quantity without converged values or a step they do not hold.
+  double converged(Component component, int quantity, long long step) const;
+  // How many converged values a quantity holds, as the length and as the
+  // current iteration of the convergence history (each with its own message
+  // for a quantity without them).
+  int convergedLength(Component component, int quantity) const;
+  int convergedIterations(Component component, int quantity) const;
+  // How many values the history of a named quantity holds.
+  int realTimesteps(Component component, std::string_view name) const;
 
   // Number of converged series of each component (9 in an unsteady run).
   int convergedSeriesCount(Component component) const;
@@ -63,29 +60,25 @@ class ComponentHistories {
 
   // The scripts' current position on each force or moment quantity.
   CurrentIterations& currentIterations(Component component) {
-    return component == Component::force ? currentForces_ : currentMoments_;
+    return of(component).currentIterations;
   }
 
  private:
-  using Histories = std::array<std::vector<double>, kComponentFiles>;
-  using SeriesMap = std::array<int, kMomentNames.size()>;
+  // Everything kept for one component.
+  struct Histories {
+    std::array<std::vector<double>, kComponentFiles> perFile;
+    std::vector<std::vector<double>> series;
+    std::array<int, kMomentNames.size()> seriesOf{};
+    CurrentIterations currentIterations;
+  };
 
-  double getElement(Component component, std::string_view operation, std::string_view name,
-                    long long element) const;
-  double getConv(Component component, int quantity, long long step) const;
-  int convLength(Component component, int quantity) const;
-  int nbIterConv(Component component, int quantity) const;
-  int realTimesteps(Component component, std::string_view name) const;
+  Histories& of(Component component) { return components_[static_cast<std::size_t>(component)]; }
+  const Histories& of(Component component) const {
+    return components_[static_cast<std::size_t>(component)];
+  }
 
   std::string_view owner_;
-  Histories forces_;
-  Histories moments_;
-  std::vector<std::vector<double>> forceSeries_;
-  std::vector<std::vector<double>> momentSeries_;
-  SeriesMap forceSeriesOf_;
-  SeriesMap momentSeriesOf_;
-  CurrentIterations currentForces_;
-  CurrentIterations currentMoments_;
+  std::array<Histories, 2> components_;
 };
 
 }  // namespace marine

@@ -2,9 +2,11 @@
 // reads as empty or as the value given for it, never as an error.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "script/arg_stream.h"
 
@@ -23,4 +25,16 @@ inline std::int32_t integerArgument(ArgStream& arguments, std::int32_t unset = 0
   std::int32_t value = unset;
   arguments >> value;
   return value;
+}
+
+// A count and then a list of that many texts, as the removal commands take
+// their paths; the count is bounded so that a wild one reserves nothing.
+inline std::vector<std::string> textListArgument(ArgStream& arguments) {
+  constexpr std::int32_t kMostTexts = 100000;
+  const std::int32_t count = std::min(integerArgument(arguments), kMostTexts);
+  std::vector<std::string> texts;
+  arguments.beginList();
+  for (std::int32_t i = 0; i < count; ++i) texts.push_back(textArgument(arguments));
+  arguments.endList();
+  return texts;
 }

@@ -37,26 +37,17 @@ void ensurePoints(std::vector<float>& curve, std::int32_t count) {
   if (curve.size() < needed) curve.resize(needed, 0.0f);
 }
 
-// Reads `count` points of two curves stored as x1 x2 y1 y2 per point.
-bool readCurvePair(NumberReader& in, std::int32_t count, std::vector<float>& first,
-                   std::vector<float>& second) {
-  ensurePoints(first, count);
-  ensurePoints(second, count);
+// Reads `count` points of a side's curves, stored per point as the x of
+// every curve and then their y.
+bool readSide(NumberReader& in, std::int32_t count, std::vector<std::vector<float>>& curves) {
+  for (std::vector<float>& curve : curves) ensurePoints(curve, count);
   for (std::int32_t k = 0; k < count; ++k) {
     const std::size_t x = 2 * static_cast<std::size_t>(k);
-    if (!in.read(first[x]) || !in.read(second[x]) || !in.read(first[x + 1]) ||
-        !in.read(second[x + 1])) {
-      return false;
+    for (std::size_t coordinate : {x, x + 1}) {
+      for (std::vector<float>& curve : curves) {
+        if (!in.read(curve[coordinate])) return false;
+      }
     }
-  }
-  return true;
-}
-
-bool readCurve(NumberReader& in, std::int32_t count, std::vector<float>& points) {
-  ensurePoints(points, count);
-  for (std::int32_t k = 0; k < count; ++k) {
-    const std::size_t x = 2 * static_cast<std::size_t>(k);
-    if (!in.read(points[x]) || !in.read(points[x + 1])) return false;
   }
   return true;
 }
@@ -76,68 +67,56 @@ bool readCount(NumberReader& in, std::int32_t& count, const std::string& path) {
   return true;
 }
 
-float valueIn(const std::vector<float>* curve, long long n) {
-  if (curve == nullptr || n < 0 || static_cast<std::size_t>(n) >= curve->size()) return 0.0f;
-  return (*curve)[static_cast<std::size_t>(n)];
-}
+const BladeSectionFile::Layout kDiagramLayout{
+    "Diagram", {"Extrado_1", "Extrado_2"}, {"Intrado_1", "Intrado_2"}};
+const BladeSectionFile::Layout kProfileLayout{"Profile", {"Extrado"}, {"Intrado"}};
 
 }  // namespace
 
-int DiagFile::read() {
+BladeSectionFile::BladeSectionFile(std::string path, const Layout& layout)
+    : QVfile(std::move(path)), layout_(layout) {
+  sides_[0].names = &layout.extrado;
+  sides_[1].names = &layout.intrado;
+  for (Side& side : sides_) side.curves.resize(side.names->size());
+}
+
+DiagFile::DiagFile(std::string path) : BladeSectionFile(std::move(path), kDiagramLayout) {}
+
+ProfFile::ProfFile(std::string path) : BladeSectionFile(std::move(path), kProfileLayout) {}
+
+int BladeSectionFile::read() {
   NumberReader in(path());
   if (!in.isOpen()) {
-    reportCannotOpen("Diagram", path());
+    reportCannotOpen(layout_.kind, path());
     return 0;
   }
-  if (readCount(in, nbExtrado_, path()) && readCurvePair(in, nbExtrado_, extrado1_, extrado2_) &&
-      readCount(in, nbIntrado_, path())) {
-    readCurvePair(in, nbIntrado_, intrado1_, intrado2_);
+  for (Side& side : sides_) {
+    if (!readCount(in, side.count, path()) || !readSide(in, side.count, side.curves)) break;
   }
   return 1;
 }
 
-const std::vector<float>* DiagFile::curve(std::string_view name) const {
-  if (name == "Extrado_1") return &extrado1_;
-  if (name == "Extrado_2") return &extrado2_;
-  if (name == "Intrado_1") return &intrado1_;
-  if (name == "Intrado_2") return &intrado2_;
-  return nullptr;
-}
-
-int DiagFile::nbPts(std::string_view curve) const {
-  if (curve == "Extrado_1" || curve == "Extrado_2") return nbExtrado_;
-  if (curve == "Intrado_1" || curve == "Intrado_2") return nbIntrado_;
-  return 0;
-}
-
-float DiagFile::value(std::string_view name, long long n) const { return valueIn(curve(name), n); }
-
-int ProfFile::read() {
-  NumberReader in(path());
-  if (!in.isOpen()) {
-    reportCannotOpen("Profile", path());
-    return 0;
+std::pair<const BladeSectionFile::Side*, std::size_t> BladeSectionFile::find(
+    std::string_view name) const {
+  for (const Side& side : sides_) {
+    for (std::size_t c = 0; c < side.names->size(); ++c) {
+      if ((*side.names)[c] == name) return {&side, c};
+    }
   }
-  if (readCount(in, nbExtrado_, path()) && readCurve(in, nbExtrado_, extrado_) &&
-      readCount(in, nbIntrado_, path())) {
-    readCurve(in, nbIntrado_, intrado_);
-  }
-  return 1;
+  return {nullptr, 0};
 }
 
-const std::vector<float>* ProfFile::curve(std::string_view name) const {
-  if (name == "Extrado") return &extrado_;
-  if (name == "Intrado") return &intrado_;
-  return nullptr;
+int BladeSectionFile::nbPts(std::string_view curve) const {
+  const Side* side = find(curve).first;
+  return side == nullptr ? 0 : side->count;
 }
 
-int ProfFile::nbPts(std::string_view curve) const {
-  if (curve == "Extrado") return nbExtrado_;
-  if (curve == "Intrado") return nbIntrado_;
-  return 0;
+float BladeSectionFile::value(std::string_view name, long long n) const {
+  const auto [side, c] = find(name);
+  if (side == nullptr || n < 0) return 0.0f;
+  const std::vector<float>& curve = side->curves[c];
+  return static_cast<std::size_t>(n) < curve.size() ? curve[static_cast<std::size_t>(n)] : 0.0f;
 }
-
-float ProfFile::value(std::string_view name, long long n) const { return valueIn(curve(name), n); }
 
 template <>
 void BladeFileMonitor<DiagFile>::update() {

@@ -5,10 +5,12 @@
 // Each curve holds x and y of its points side by side (x of point k at 2k).
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "fileformat/class_ids.h"
@@ -16,12 +18,18 @@
 
 namespace turbo {
 
-// Diagram file: count of extrado points, then per point the x of both
-// extrado curves and then their y; the same for the intrado curves.
-class DiagFile : public QVfile {
+// A blade-section file: for the extrado and then the intrado, a count of
+// points and then per point the x of each of that side's curves followed by
+// their y. A diagram has two curves per side, a profile one.
+class BladeSectionFile : public QVfile {
  public:
-  static constexpr std::uint16_t kClassId = classid::kDiagFile;
-  using QVfile::QVfile;
+  // What tells the two kinds apart: the word of the "Cannot open" message
+  // and the names of each side's curves.
+  struct Layout {
+    const char* kind;
+    std::vector<std::string_view> extrado;
+    std::vector<std::string_view> intrado;
+  };
 
   // 1 when the file could be opened (whatever its numbers gave), else 0.
   int read();
@@ -30,33 +38,32 @@ class DiagFile : public QVfile {
   // 0 for an unknown curve or a position the curve does not hold.
   float value(std::string_view curve, long long n) const;
 
- private:
-  const std::vector<float>* curve(std::string_view name) const;
+ protected:
+  BladeSectionFile(std::string path, const Layout& layout);
 
-  std::int32_t nbExtrado_ = 0;
-  std::vector<float> extrado1_, extrado2_;
-  std::int32_t nbIntrado_ = 0;
-  std::vector<float> intrado1_, intrado2_;
+ private:
+  struct Side {
+    const std::vector<std::string_view>* names;
+    std::int32_t count = 0;
+    std::vector<std::vector<float>> curves;
+  };
+  // The side holding the named curve and the curve's place in it.
+  std::pair<const Side*, std::size_t> find(std::string_view name) const;
+
+  const Layout& layout_;
+  std::array<Side, 2> sides_;
 };
 
-// Profile file: count of extrado points and their x, y pairs, then the same
-// for the intrado.
-class ProfFile : public QVfile {
+class DiagFile : public BladeSectionFile {
+ public:
+  static constexpr std::uint16_t kClassId = classid::kDiagFile;
+  explicit DiagFile(std::string path);
+};
+
+class ProfFile : public BladeSectionFile {
  public:
   static constexpr std::uint16_t kClassId = classid::kProfFile;
-  using QVfile::QVfile;
-
-  int read();
-  int nbPts(std::string_view curve) const;
-  float value(std::string_view curve, long long n) const;
-
- private:
-  const std::vector<float>* curve(std::string_view name) const;
-
-  std::int32_t nbExtrado_ = 0;
-  std::vector<float> extrado_;
-  std::int32_t nbIntrado_ = 0;
-  std::vector<float> intrado_;
+  explicit ProfFile(std::string path);
 };
 
 // A loaded blade file; only an active one rereads its file on update.

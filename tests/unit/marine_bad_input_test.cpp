@@ -123,11 +123,11 @@ TEST_F(MarineBadInput, GarbageBetweenForceRows) {
   // A value that a damaged row did bring stays with its body; the good rows
   // are all there.
   std::vector<double> hull;
-  for (int i = 0; i < bodies[0].realForcesTimesteps("Fx"); ++i)
-    hull.push_back(bodies[0].getForce("Fx", i));
+  for (int i = 0; i < bodies[0].realTimesteps(marine::Component::force, "Fx"); ++i)
+    hull.push_back(bodies[0].element(marine::Component::force, "Fx", i));
   std::vector<double> rudder;
-  for (int i = 0; i < bodies[1].realForcesTimesteps("Fx"); ++i)
-    rudder.push_back(bodies[1].getForce("Fx", i));
+  for (int i = 0; i < bodies[1].realTimesteps(marine::Component::force, "Fx"); ++i)
+    rudder.push_back(bodies[1].element(marine::Component::force, "Fx", i));
   EXPECT_EQ(std::count(hull.begin(), hull.end(), 1.25), static_cast<long>(kGarbageLines.size()));
   EXPECT_EQ(std::count(rudder.begin(), rudder.end(), 4.25),
             static_cast<long>(kGarbageLines.size()));
@@ -183,8 +183,8 @@ TEST_F(MarineBadInput, ManyBodiesAndColumns) {
   project.refresh();
   ASSERT_EQ(project.bodies().size(), static_cast<std::size_t>(kBodies));
   EXPECT_EQ(project.bodies().back().name(), "b999");
-  EXPECT_EQ(project.bodies().back().getForce("Fx", 0), 999.5);
-  EXPECT_EQ(project.bodies()[17].getMoment("Mz", 0), 17.5);
+  EXPECT_EQ(project.bodies().back().element(marine::Component::force, "Fx", 0), 999.5);
+  EXPECT_EQ(project.bodies()[17].element(marine::Component::moment, "Mz", 0), 17.5);
   EXPECT_NE(console.text().find("Unknown body: ghost199\n"), std::string::npos);
   EXPECT_NE(console.text().find("Unknow body ghost199\n"), std::string::npos);
 }
@@ -238,7 +238,7 @@ TEST_F(MarineBadInput, FoldersWhereFilesBelong) {
   EXPECT_NE(output.find("Body Motion List is empty\n"), std::string::npos);
   const marine::ProjectMonitorMarine::Refresh refresh = project.refresh();
   EXPECT_TRUE(refresh.succeeded);
-  EXPECT_EQ(project.bodies()[0].getForce("Fx", 0), 1.5);
+  EXPECT_EQ(project.bodies()[0].element(marine::Component::force, "Fx", 0), 1.5);
   EXPECT_EQ(project.actuatorDisks().diskCount(), 0);
 
   marine::ProjectMonitorMarine folderAsCase(dir_ + "eff_FxP.dat");

@@ -59,22 +59,22 @@ const std::string kHullAndRudder =
 
 Doubles forcesOf(const marine::ComponentHistories& owner, const char* name) {
   Doubles values;
-  for (int i = 0; i < owner.realForcesTimesteps(name); ++i)
-    values.push_back(owner.getForce(name, i));
+  for (int i = 0; i < owner.realTimesteps(marine::Component::force, name); ++i)
+    values.push_back(owner.element(marine::Component::force, name, i));
   return values;
 }
 
 Doubles momentsOf(const marine::ComponentHistories& owner, const char* name) {
   Doubles values;
-  for (int i = 0; i < owner.realMomentsTimesteps(name); ++i)
-    values.push_back(owner.getMoment(name, i));
+  for (int i = 0; i < owner.realTimesteps(marine::Component::moment, name); ++i)
+    values.push_back(owner.element(marine::Component::moment, name, i));
   return values;
 }
 
 Doubles forceConvOf(const marine::ComponentHistories& owner, int quantity) {
   Doubles values;
-  for (int i = 0; i < owner.getForceConvLength(quantity); ++i)
-    values.push_back(owner.getForceConv(quantity, i));
+  for (int i = 0; i < owner.convergedLength(marine::Component::force, quantity); ++i)
+    values.push_back(owner.converged(marine::Component::force, quantity, i));
   return values;
 }
 
@@ -217,58 +217,68 @@ TEST(MarineHistories, BodyLookupMessagesInAnUnsteadyRun) {
   EXPECT_EQ(b.convergedSeriesCount(Component::force), 9);
   EXPECT_EQ(b.convergedSeriesCount(Component::moment), 9);
   expectLookups({
-      {"getForce past the end", [&] { return b.getForce("Fx", 0); },
+      {"getForce past the end", [&] { return b.element(marine::Component::force, "Fx", 0); },
        "Error in BodyObject::getForce! Curve 'Fx' has only 0 elements while element #0 was "
        "requested.\n"},
-      {"getForce negative", [&] { return b.getForce("FyV", -1); },
+      {"getForce negative", [&] { return b.element(marine::Component::force, "FyV", -1); },
        "Error in BodyObject::getForce! Curve 'FyV' has only 0 elements while element #-1 was "
        "requested.\n"},
-      {"getForce moment name", [&] { return b.getForce("Mx", 0); },
+      {"getForce moment name", [&] { return b.element(marine::Component::force, "Mx", 0); },
        "Error in BodyObject::getForce! Curve 'Mx' is not found.\n"},
-      {"getForce lower case", [&] { return b.getForce("fx", 0); },
+      {"getForce lower case", [&] { return b.element(marine::Component::force, "fx", 0); },
        "Error in BodyObject::getForce! Curve 'fx' is not found.\n"},
-      {"getMoment empty slot name", [&] { return b.getMoment("", 0); },
+      {"getMoment empty slot name", [&] { return b.element(marine::Component::moment, "", 0); },
        "Error in BodyObject::getMoment! Curve '' is not found.\n"},
-      {"getMoment past the end", [&] { return b.getMoment("MzVDyn", 2); },
+      {"getMoment past the end", [&] { return b.element(marine::Component::moment, "MzVDyn", 2); },
        "Error in BodyObject::getMoment! Curve 'MzVDyn' has only 0 elements while element #2 was "
        "requested.\n"},
-      {"getForceConv 18", [&] { return b.getForceConv(18, 0); },
+      {"getForceConv 18", [&] { return b.converged(marine::Component::force, 18, 0); },
        "BodyObject::getForceConv wrong curve index 18\n"},
-      {"getForceConv -1", [&] { return b.getForceConv(-1, 0); },
+      {"getForceConv -1", [&] { return b.converged(marine::Component::force, -1, 0); },
        "BodyObject::getForceConv wrong curve index -1\n"},
       // A plain quantity shares the converged series of its file.
-      {"getForceConv plain quantity", [&] { return b.getForceConv(0, 0); },
+      {"getForceConv plain quantity", [&] { return b.converged(marine::Component::force, 0, 0); },
        "BodyObject::getForceConv wrong iteration number 0 (n = 0)\n"},
-      {"getForceConv empty series", [&] { return b.getForceConv(1, 0); },
+      {"getForceConv empty series", [&] { return b.converged(marine::Component::force, 1, 0); },
        "BodyObject::getForceConv wrong iteration number 0 (n = 0)\n"},
-      {"getMomentConv 18", [&] { return b.getMomentConv(18, 0); },
+      {"getMomentConv 18", [&] { return b.converged(marine::Component::moment, 18, 0); },
        "BodyObject::getMomentConv wrong curve index 18\n"},
-      {"getMomentConv 20", [&] { return b.getMomentConv(20, 0); },
+      {"getMomentConv 20", [&] { return b.converged(marine::Component::moment, 20, 0); },
        "BodyObject::getMomentConv wrong curve index 20\n"},
-      {"getMomentConv step", [&] { return b.getMomentConv(17, 3); },
+      {"getMomentConv step", [&] { return b.converged(marine::Component::moment, 17, 3); },
        "BodyObject::getMomentConv wrong iteration number 3 (n = 0)\n"},
-      {"getForceConvLength 18", [&] { return b.getForceConvLength(18); },
+      {"getForceConvLength 18", [&] { return b.convergedLength(marine::Component::force, 18); },
        "SubBodyObject::getForceConvLength wrong force index 18\n"},
-      {"getForceConvLength plain", [&] { return b.getForceConvLength(2); }, ""},
-      {"getMomentConvLength 18", [&] { return b.getMomentConvLength(18); },
+      {"getForceConvLength plain", [&] { return b.convergedLength(marine::Component::force, 2); },
+       ""},
+      {"getMomentConvLength 18", [&] { return b.convergedLength(marine::Component::moment, 18); },
        "BodyObject::getMomentConvLength wrong moment index 18\n"},
-      {"getMomentConvLength plain", [&] { return b.getMomentConvLength(4); }, ""},
-      {"nbIterForceConv 18", [&] { return b.nbIterForceConv(18); },
+      {"getMomentConvLength plain", [&] { return b.convergedLength(marine::Component::moment, 4); },
+       ""},
+      {"nbIterForceConv 18", [&] { return b.convergedIterations(marine::Component::force, 18); },
        "BodyObject::nbIterForceConv (getter) wrong index 18\n"},
-      {"nbIterForceConv plain", [&] { return b.nbIterForceConv(0); }, ""},
-      {"nbIterMomentConv -3", [&] { return b.nbIterMomentConv(-3); },
+      {"nbIterForceConv plain", [&] { return b.convergedIterations(marine::Component::force, 0); },
+       ""},
+      {"nbIterMomentConv -3", [&] { return b.convergedIterations(marine::Component::moment, -3); },
        "BodyObject::nbIterMomentConv (getter) wrong index -3\n"},
-      {"nbIterMomentConv plain", [&] { return b.nbIterMomentConv(6); }, ""},
-      {"realForcesTimesteps", [&] { return b.realForcesTimesteps("Bogus"); },
+      {"nbIterMomentConv plain",
+       [&] { return b.convergedIterations(marine::Component::moment, 6); }, ""},
+      {"realForcesTimesteps", [&] { return b.realTimesteps(marine::Component::force, "Bogus"); },
        "Error in BodyObject::realForcesTimesteps! Unknown curve name 'Bogus'.\n"},
-      {"realMomentsTimesteps force name", [&] { return b.realMomentsTimesteps("Fx"); },
+      {"realMomentsTimesteps force name",
+       [&] { return b.realTimesteps(marine::Component::moment, "Fx"); },
        "Error in BodyObject::realMomentsTimesteps! Unknown curve name 'Fx'.\n"},
       // Lookups that are fine answer quietly.
-      {"getForceConvLength Dyn", [&] { return b.getForceConvLength(1); }, ""},
-      {"getMomentConvLength Dyn", [&] { return b.getMomentConvLength(17); }, ""},
-      {"nbIterForceConv Dyn", [&] { return b.nbIterForceConv(17); }, ""},
-      {"realForcesTimesteps Dyn", [&] { return b.realForcesTimesteps("FxDyn"); }, ""},
-      {"realMomentsTimesteps", [&] { return b.realMomentsTimesteps("MyP"); }, ""},
+      {"getForceConvLength Dyn", [&] { return b.convergedLength(marine::Component::force, 1); },
+       ""},
+      {"getMomentConvLength Dyn", [&] { return b.convergedLength(marine::Component::moment, 17); },
+       ""},
+      {"nbIterForceConv Dyn", [&] { return b.convergedIterations(marine::Component::force, 17); },
+       ""},
+      {"realForcesTimesteps Dyn",
+       [&] { return b.realTimesteps(marine::Component::force, "FxDyn"); }, ""},
+      {"realMomentsTimesteps", [&] { return b.realTimesteps(marine::Component::moment, "MyP"); },
+       ""},
   });
 }
 
@@ -278,17 +288,17 @@ TEST(MarineHistories, SteadyRunHasNoConvergedSeries) {
   EXPECT_EQ(b.convergedSeriesCount(Component::force), 0);
   EXPECT_EQ(b.convergedSeriesCount(Component::moment), 0);
   expectLookups({
-      {"getForceConv Dyn", [&] { return b.getForceConv(1, 0); },
+      {"getForceConv Dyn", [&] { return b.converged(marine::Component::force, 1, 0); },
        "BodyObject::getForceConv wrong converted curve index -1\n"},
-      {"getMomentConv Dyn", [&] { return b.getMomentConv(3, 0); },
+      {"getMomentConv Dyn", [&] { return b.converged(marine::Component::moment, 3, 0); },
        "BodyObject::getMomentConv wrong converted curve index -1\n"},
-      {"getForceConvLength Dyn", [&] { return b.getForceConvLength(1); },
+      {"getForceConvLength Dyn", [&] { return b.convergedLength(marine::Component::force, 1); },
        "SubBodyObject::getForceConvLength wrong converted force index 1\n"},
-      {"getMomentConvLength Dyn", [&] { return b.getMomentConvLength(13); },
+      {"getMomentConvLength Dyn", [&] { return b.convergedLength(marine::Component::moment, 13); },
        "BodyObject::getMomentConvLength wrong converted moment index 13\n"},
-      {"nbIterForceConv Dyn", [&] { return b.nbIterForceConv(1); },
+      {"nbIterForceConv Dyn", [&] { return b.convergedIterations(marine::Component::force, 1); },
        "BodyObject::nbIterForceConv (getter) wrong converted index 1\n"},
-      {"nbIterMomentConv Dyn", [&] { return b.nbIterMomentConv(5); },
+      {"nbIterMomentConv Dyn", [&] { return b.convergedIterations(marine::Component::moment, 5); },
        "BodyObject::nbIterMomentConv (getter) wrong converted index 5\n"},
   });
 }
@@ -297,24 +307,25 @@ TEST(MarineHistories, SubBodyLookupMessages) {
   SubBodyObject s;
   s.setConvergedSeries(true);
   expectLookups({
-      {"getForce", [&] { return s.getForce("Fy", 0); },
+      {"getForce", [&] { return s.element(marine::Component::force, "Fy", 0); },
        "Error in SubBodyObject::getForce! Curve 'Fy' has only 0 elements while element #0 was "
        "requested.\n"},
-      {"getMoment", [&] { return s.getMoment("Fy", 0); },
+      {"getMoment", [&] { return s.element(marine::Component::moment, "Fy", 0); },
        "Error in SubBodyObject::getMoment! Curve 'Fy' is not found.\n"},
-      {"getForceConv", [&] { return s.getForceConv(2, 0); },
+      {"getForceConv", [&] { return s.converged(marine::Component::force, 2, 0); },
        "SubBodyObject::getForceConv wrong iteration number 0 (n = 0)\n"},
-      {"getMomentConv", [&] { return s.getMomentConv(18, 0); },
+      {"getMomentConv", [&] { return s.converged(marine::Component::moment, 18, 0); },
        "SubBodyObject::getMomentConv wrong curve index 18\n"},
-      {"getForceConvLength", [&] { return s.getForceConvLength(18); },
+      {"getForceConvLength", [&] { return s.convergedLength(marine::Component::force, 18); },
        "SubBodyObject::getForceConvLength wrong force index 18\n"},
-      {"getMomentConvLength", [&] { return s.getMomentConvLength(18); },
+      {"getMomentConvLength", [&] { return s.convergedLength(marine::Component::moment, 18); },
        "SubBodyObject::getMomentConvLength wrong moment index 18\n"},
-      {"getMomentConvLength plain", [&] { return s.getMomentConvLength(0); }, ""},
-      {"nbIterForceConv", [&] { return s.nbIterForceConv(4); }, ""},
-      {"nbIterMomentConv", [&] { return s.nbIterMomentConv(18); },
+      {"getMomentConvLength plain", [&] { return s.convergedLength(marine::Component::moment, 0); },
+       ""},
+      {"nbIterForceConv", [&] { return s.convergedIterations(marine::Component::force, 4); }, ""},
+      {"nbIterMomentConv", [&] { return s.convergedIterations(marine::Component::moment, 18); },
        "SubBodyObject::nbIterMomentConv (getter) wrong index 18\n"},
-      {"realMomentsTimesteps", [&] { return s.realMomentsTimesteps("x"); },
+      {"realMomentsTimesteps", [&] { return s.realTimesteps(marine::Component::moment, "x"); },
        "Error in SubBodyObject::realMomentsTimesteps! Unknown curve name 'x'.\n"},
   });
 }
@@ -359,9 +370,9 @@ TEST_F(MarineComponentFile, BodyWithTwoSubBodiesTakesThreeValuesPerRow) {
   EXPECT_EQ(forceConvOf(hull.subBody(0), 1), (Doubles{2.0, 2.125}));
   EXPECT_EQ(forceConvOf(hull.subBody(1), 1), (Doubles{3.0, 3.125}));
   EXPECT_EQ(forceConvOf(rudder, 1), (Doubles{4.0, 4.125}));
-  EXPECT_EQ(hull.getForce("FxDyn", 1), 1.125);
-  EXPECT_EQ(hull.nbIterForceConv(1), 2);
-  EXPECT_EQ(hull.getForceConvLength(3), 0);
+  EXPECT_EQ(hull.element(marine::Component::force, "FxDyn", 1), 1.125);
+  EXPECT_EQ(hull.convergedIterations(marine::Component::force, 1), 2);
+  EXPECT_EQ(hull.convergedLength(marine::Component::force, 3), 0);
   // The reference file gives every body the rows' times and iterations.
   for (const BodyObject& body : bodies) {
     EXPECT_EQ(body.times(), (Doubles{0.0, 0.0, 0.05})) << body.name();
@@ -372,15 +383,17 @@ TEST_F(MarineComponentFile, BodyWithTwoSubBodiesTakesThreeValuesPerRow) {
 
   // Past the end of what was read.
   expectLookups({
-      {"getForce at the length", [&] { return hull.getForce("Fx", 3); },
+      {"getForce at the length", [&] { return hull.element(marine::Component::force, "Fx", 3); },
        "Error in BodyObject::getForce! Curve 'Fx' has only 3 elements while element #3 was "
        "requested.\n"},
-      {"sub-body getForce", [&] { return hull.subBody(1).getForce("Fx", 7); },
+      {"sub-body getForce",
+       [&] { return hull.subBody(1).element(marine::Component::force, "Fx", 7); },
        "Error in SubBodyObject::getForce! Curve 'Fx' has only 3 elements while element #7 was "
        "requested.\n"},
-      {"getForceConv at the length", [&] { return hull.getForceConv(1, 2); },
+      {"getForceConv at the length", [&] { return hull.converged(marine::Component::force, 1, 2); },
        "BodyObject::getForceConv wrong iteration number 2 (n = 2)\n"},
-      {"sub-body getForceConv", [&] { return hull.subBody(0).getForceConv(1, -1); },
+      {"sub-body getForceConv",
+       [&] { return hull.subBody(0).converged(marine::Component::force, 1, -1); },
        "SubBodyObject::getForceConv wrong iteration number -1 (n = 2)\n"},
   });
 }
@@ -437,15 +450,15 @@ TEST_F(MarineComponentFile, GroupsFeedConsecutiveHistories) {
   EXPECT_EQ(forcesOf(hull, "FxV"), Doubles{1.0});
   EXPECT_EQ(forcesOf(bodies[1], "Fx"), Doubles{9.5});
   EXPECT_EQ(forcesOf(bodies[1], "FxP"), Doubles{});
-  EXPECT_EQ(hull.getForceConv(1, 0), 1.25);
-  EXPECT_EQ(hull.getForceConv(3, 0), 0.25);
-  EXPECT_EQ(hull.getForceConv(5, 0), 1.0);
-  EXPECT_EQ(bodies[1].getForceConv(1, 0), 9.25);
+  EXPECT_EQ(hull.converged(marine::Component::force, 1, 0), 1.25);
+  EXPECT_EQ(hull.converged(marine::Component::force, 3, 0), 0.25);
+  EXPECT_EQ(hull.converged(marine::Component::force, 5, 0), 1.0);
+  EXPECT_EQ(bodies[1].converged(marine::Component::force, 1, 0), 9.25);
   EXPECT_EQ(momentsOf(hull, "My"), Doubles{3.5});
   EXPECT_EQ(momentsOf(hull, "MyP"), Doubles{2.5});
-  EXPECT_EQ(hull.getMomentConv(7, 0), 3.25);
-  EXPECT_EQ(hull.getMomentConv(9, 0), 2.25);
-  EXPECT_EQ(hull.getMoment("MyDyn", 0), 3.25);
+  EXPECT_EQ(hull.converged(marine::Component::moment, 7, 0), 3.25);
+  EXPECT_EQ(hull.converged(marine::Component::moment, 9, 0), 2.25);
+  EXPECT_EQ(hull.element(marine::Component::moment, "MyDyn", 0), 3.25);
   EXPECT_EQ(momentsOf(hull, "Mx"), Doubles{});
 }
 
@@ -461,8 +474,8 @@ TEST_F(MarineComponentFile, GroupBeyondTheLastFileKeepsTheOtherColumns) {
   EXPECT_EQ(console.text(), "BodyObject::readForces wrong index\n");
   EXPECT_EQ(forcesOf(bodies[0], "FzV"), Doubles{1.5});
   EXPECT_EQ(forcesOf(bodies[1], "FzV"), Doubles{3.5});
-  EXPECT_EQ(bodies[0].getForceConv(17, 0), 1.25);
-  EXPECT_EQ(bodies[1].getForceConv(17, 0), 3.25);
+  EXPECT_EQ(bodies[0].converged(marine::Component::force, 17, 0), 1.25);
+  EXPECT_EQ(bodies[1].converged(marine::Component::force, 17, 0), 3.25);
 }
 
 TEST_F(MarineComponentFile, HeaderWithoutItsColumnsBlock) {

@@ -72,18 +72,26 @@ class MarineCaseWriterTest : public testing::Test {
   static Counts countsOf(const ProjectMonitorMarine& project) {
     const marine::BodyObject& hull = project.bodies().at(0);
     Counts counts{
-        project.resFile().recordCount(), hull.realForcesTimesteps("Fx"),
-        project.unsteady() ? hull.getForceConvLength(1) : 0,
+        project.resFile().recordCount(), hull.realTimesteps(marine::Component::force, "Fx"),
+        project.unsteady() ? hull.convergedLength(marine::Component::force, 1) : 0,
         project.motionBodies().empty() ? 0 : project.motionBodies()[0]->motion().rowCount(),
         project.actuatorDisks().diskCount() == 0 ? 0 : project.actuatorDisks().disk(0).stepCount()};
     const auto expectSameRows = [&](const marine::ComponentHistories& owner,
                                     const std::string& name) {
       for (std::size_t q = 0; q < marine::kForceNames.size(); q += 2) {
-        EXPECT_EQ(owner.realForcesTimesteps(marine::kForceNames[q]), counts.forceRows) << name;
-        EXPECT_EQ(owner.realMomentsTimesteps(marine::kMomentNames[q]), counts.forceRows) << name;
+        EXPECT_EQ(owner.realTimesteps(marine::Component::force, marine::kForceNames[q]),
+                  counts.forceRows)
+            << name;
+        EXPECT_EQ(owner.realTimesteps(marine::Component::moment, marine::kMomentNames[q]),
+                  counts.forceRows)
+            << name;
         if (!project.unsteady()) continue;
-        EXPECT_EQ(owner.getForceConvLength(static_cast<int>(q + 1)), counts.convergedRows) << name;
-        EXPECT_EQ(owner.getMomentConvLength(static_cast<int>(q + 1)), counts.convergedRows) << name;
+        EXPECT_EQ(owner.convergedLength(marine::Component::force, static_cast<int>(q + 1)),
+                  counts.convergedRows)
+            << name;
+        EXPECT_EQ(owner.convergedLength(marine::Component::moment, static_cast<int>(q + 1)),
+                  counts.convergedRows)
+            << name;
       }
     };
     for (const marine::BodyObject& body : project.bodies()) {
@@ -151,9 +159,13 @@ TEST_F(MarineCaseWriterTest, TheDefaultUnsteadyCaseLoadsWhole) {
   ASSERT_EQ(hull.convergedTimes().size(), 12u);
   EXPECT_DOUBLE_EQ(hull.convergedTimes().back(), 0.6);
   // A time step's converged value is its last iteration's.
-  EXPECT_EQ(hull.getForceConv(1, 11), hull.getForce("Fx", 59));
+  EXPECT_EQ(hull.converged(marine::Component::force, 1, 11),
+            hull.element(marine::Component::force, "Fx", 59));
   // The total is the pressure part plus the viscous part (7 digits each).
-  EXPECT_NEAR(hull.getForce("Fx", 59), hull.getForce("FxP", 59) + hull.getForce("FxV", 59), 1e-2);
+  EXPECT_NEAR(hull.element(marine::Component::force, "Fx", 59),
+              hull.element(marine::Component::force, "FxP", 59) +
+                  hull.element(marine::Component::force, "FxV", 59),
+              1e-2);
 
   ASSERT_EQ(project.motionBodies().size(), 1u);
   EXPECT_EQ(project.motionBodies()[0]->name(), "hull");

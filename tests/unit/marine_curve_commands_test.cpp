@@ -164,7 +164,7 @@ TEST_F(MarineUnsteadyCurves, ForcesStandAtThePhysicalTime) {
   const marine::BodyObject& hull = project(path_).bodies()[0];
   EXPECT_EQ(point("Forces", "0", "-1", "6", "4"),
             Answer{resultOf(static_cast<float>(hull.times()[4]),
-                            static_cast<float>(hull.getForce("Fy", 4)))});
+                            static_cast<float>(hull.element(marine::Component::force, "Fy", 4)))});
 }
 
 TEST_F(MarineUnsteadyCurves, DynQuantitiesReadTheConvergedValues) {

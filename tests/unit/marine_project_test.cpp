@@ -158,7 +158,7 @@ TEST_F(MarineProject, LoadWithBodyDescriptionAndMotionBody) {
   EXPECT_EQ(project.motionBodies()[0]->name(), "hull");
   // Nothing of the rows yet: they come with the refreshes.
   EXPECT_EQ(project.resFile().recordCount(), 0u);
-  EXPECT_EQ(project.bodies()[0].realForcesTimesteps("Fx"), 0);
+  EXPECT_EQ(project.bodies()[0].realTimesteps(marine::Component::force, "Fx"), 0);
 }
 
 TEST_F(MarineProject, FirstRefreshDistributesEveryFile) {
@@ -185,20 +185,27 @@ TEST_F(MarineProject, FirstRefreshDistributesEveryFile) {
   } forces[] = {{"Fx", 0},  {"FxP", 1}, {"FxV", 2}, {"Fy", 3}, {"FyP", 4},
                 {"FyV", 5}, {"Fz", 6},  {"FzP", 7}, {"FzV", 8}};
   for (const auto& f : forces) {
-    EXPECT_EQ(hull.getForce(f.quantity, 0), valueOf(f.file, 0, 0)) << f.quantity;
-    EXPECT_EQ(hull.getForce(f.quantity, 1), valueOf(f.file, 1, 0)) << f.quantity;
-    EXPECT_EQ(hull.subBody(0).getForce(f.quantity, 1), valueOf(f.file, 1, 1)) << f.quantity;
-    EXPECT_EQ(rudder.getForce(f.quantity, 0), valueOf(f.file, 0, 2)) << f.quantity;
-    EXPECT_EQ(hull.getForceConv(2 * f.file + 1, 0), valueOf(f.file, 5, 0)) << f.quantity;
-    EXPECT_EQ(rudder.getForceConv(2 * f.file + 1, 0), valueOf(f.file, 5, 2)) << f.quantity;
+    EXPECT_EQ(hull.element(marine::Component::force, f.quantity, 0), valueOf(f.file, 0, 0))
+        << f.quantity;
+    EXPECT_EQ(hull.element(marine::Component::force, f.quantity, 1), valueOf(f.file, 1, 0))
+        << f.quantity;
+    EXPECT_EQ(hull.subBody(0).element(marine::Component::force, f.quantity, 1),
+              valueOf(f.file, 1, 1))
+        << f.quantity;
+    EXPECT_EQ(rudder.element(marine::Component::force, f.quantity, 0), valueOf(f.file, 0, 2))
+        << f.quantity;
+    EXPECT_EQ(hull.converged(marine::Component::force, 2 * f.file + 1, 0), valueOf(f.file, 5, 0))
+        << f.quantity;
+    EXPECT_EQ(rudder.converged(marine::Component::force, 2 * f.file + 1, 0), valueOf(f.file, 5, 2))
+        << f.quantity;
   }
-  EXPECT_EQ(hull.getMoment("Mx", 0), valueOf(10, 0, 0));
-  EXPECT_EQ(rudder.getMoment("MzV", 1), valueOf(18, 1, 2));
-  EXPECT_EQ(hull.subBody(0).getMomentConv(11, 0), valueOf(15, 5, 1));
-  EXPECT_EQ(hull.realForcesTimesteps("Fx"), 2);
-  EXPECT_EQ(hull.nbIterMomentConv(1), 1);
+  EXPECT_EQ(hull.element(marine::Component::moment, "Mx", 0), valueOf(10, 0, 0));
+  EXPECT_EQ(rudder.element(marine::Component::moment, "MzV", 1), valueOf(18, 1, 2));
+  EXPECT_EQ(hull.subBody(0).converged(marine::Component::moment, 11, 0), valueOf(15, 5, 1));
+  EXPECT_EQ(hull.realTimesteps(marine::Component::force, "Fx"), 2);
+  EXPECT_EQ(hull.convergedIterations(marine::Component::moment, 1), 1);
   // A body of the description that no file names has the rows' times only.
-  EXPECT_EQ(skeg.realForcesTimesteps("Fx"), 0);
+  EXPECT_EQ(skeg.realTimesteps(marine::Component::force, "Fx"), 0);
   EXPECT_EQ(skeg.times(), (Doubles{0.0, 0.05}));
   EXPECT_EQ(skeg.iterations(), (std::vector<std::int32_t>{1, 2}));
   EXPECT_EQ(hull.convergedTimes(), Doubles{0.05});
@@ -229,8 +236,9 @@ TEST_F(MarineProject, FallbackBodiesWithoutBodyDescription) {
   EXPECT_EQ(project.bodies()[1].name(), "rudder");
   EXPECT_TRUE(project.motionBodies().empty());
   project.refresh();
-  EXPECT_EQ(project.bodies()[1].getForce("FzP", 1), valueOf(7, 1, 2));
-  EXPECT_EQ(project.bodies()[0].subBody(0).getForceConv(1, 0), valueOf(0, 5, 1));
+  EXPECT_EQ(project.bodies()[1].element(marine::Component::force, "FzP", 1), valueOf(7, 1, 2));
+  EXPECT_EQ(project.bodies()[0].subBody(0).converged(marine::Component::force, 1, 0),
+            valueOf(0, 5, 1));
 }
 
 TEST_F(MarineProject, BodyDescriptionWithoutBodiesAlsoFallsBack) {
@@ -291,8 +299,8 @@ TEST_F(MarineProject, BodyDescriptionFollowsTheCaseName) {
   ASSERT_EQ(boat.bodies().size(), 2u);
   EXPECT_EQ(boat.bodies()[1].name(), "barge");
   boat.refresh();
-  EXPECT_EQ(boat.bodies()[0].getForce("Fx", 1), valueOf(0, 1, 0));
-  EXPECT_EQ(boat.bodies()[1].realForcesTimesteps("Fx"), 0);
+  EXPECT_EQ(boat.bodies()[0].element(marine::Component::force, "Fx", 1), valueOf(0, 1, 0));
+  EXPECT_EQ(boat.bodies()[1].realTimesteps(marine::Component::force, "Fx"), 0);
 }
 
 TEST_F(MarineProject, MissingComponentFilesAreNamedInTableOrder) {
@@ -315,13 +323,13 @@ TEST_F(MarineProject, MissingComponentFilesAreNamedInTableOrder) {
                                 missing + "Body Motion List is empty\n");
   // A file that appears later is read on a later refresh.
   project.refresh();
-  EXPECT_EQ(project.bodies()[0].realForcesTimesteps("Fy"), 0);
+  EXPECT_EQ(project.bodies()[0].realTimesteps(marine::Component::force, "Fy"), 0);
   write("eff_Fy.dat", kColumns + effRows(3));
   const std::size_t before = console.text().size();
   project.refresh();
   EXPECT_EQ(console.text().substr(before), "");
-  EXPECT_EQ(project.bodies()[0].getForce("Fy", 1), valueOf(3, 1, 0));
-  EXPECT_EQ(project.bodies()[0].realForcesTimesteps("Fx"), 2);
+  EXPECT_EQ(project.bodies()[0].element(marine::Component::force, "Fy", 1), valueOf(3, 1, 0));
+  EXPECT_EQ(project.bodies()[0].realTimesteps(marine::Component::force, "Fx"), 2);
 }
 
 TEST_F(MarineProject, ModeOfTheForceFile) {
@@ -430,7 +438,7 @@ TEST_F(MarineProject, MotionFileWithoutColumnsLeavesTheOtherFilesRead) {
   EXPECT_EQ(console.text().substr(before), "");
   // The other files were read all the same.
   EXPECT_EQ(project.resFile().recordCount(), 2u);
-  EXPECT_EQ(project.bodies()[1].getForce("Fx", 0), valueOf(0, 0, 2));
+  EXPECT_EQ(project.bodies()[1].element(marine::Component::force, "Fx", 0), valueOf(0, 0, 2));
 }
 
 TEST_F(MarineProject, FailedLoadIsTriedAgainByTheNextRefresh) {
@@ -449,7 +457,7 @@ TEST_F(MarineProject, FailedLoadIsTriedAgainByTheNextRefresh) {
   EXPECT_EQ(evaluator.scripts.size(), 2u);
   project.refresh();
   EXPECT_EQ(project.resFile().recordCount(), 2u);
-  EXPECT_EQ(project.bodies()[0].realForcesTimesteps("Fx"), 2);
+  EXPECT_EQ(project.bodies()[0].realTimesteps(marine::Component::force, "Fx"), 2);
 }
 
 TEST_F(MarineProject, MonitorKeepsProjectsByPath) {
@@ -492,8 +500,8 @@ TEST_F(MarineRunRefresh, AppendedRowsOnlyAreRead) {
   EXPECT_TRUE(refresh.changed);
   EXPECT_EQ(console.text().substr(before), "");
   EXPECT_EQ(project.resFile().recordCount(), 3u);
-  EXPECT_EQ(project.bodies()[0].realForcesTimesteps("Fx"), 3);
-  EXPECT_EQ(project.bodies()[0].getForce("Fx", 2), valueOf(0, 2, 0));
+  EXPECT_EQ(project.bodies()[0].realTimesteps(marine::Component::force, "Fx"), 3);
+  EXPECT_EQ(project.bodies()[0].element(marine::Component::force, "Fx", 2), valueOf(0, 2, 0));
   EXPECT_EQ(project.bodies()[1].times(), (Doubles{0.0, 0.05, 0.1}));
 }
 
@@ -510,7 +518,7 @@ TEST_F(MarineRunRefresh, RowsOfOneForceFileAloneCountAsAChange) {
   append("eff_FyP.dat", rowText(0.1, 3, 4, 2));
   const ProjectMonitorMarine::Refresh refresh = project.refresh();
   EXPECT_TRUE(refresh.succeeded);
-  EXPECT_EQ(project.bodies()[0].getForce("FyP", 2), valueOf(4, 2, 0));
+  EXPECT_EQ(project.bodies()[0].element(marine::Component::force, "FyP", 2), valueOf(4, 2, 0));
   EXPECT_TRUE(refresh.changed);
 }
 
@@ -546,10 +554,10 @@ TEST_F(MarineRunRefresh, NewStampReloadsTheNewRunOnce) {
   ASSERT_EQ(project.resFile().recordCount(), 1u);
   EXPECT_EQ(project.resFile().record(0).valueOf("ResU"), 0.0625);
   const BodyObject& hull = project.bodies()[0];
-  EXPECT_EQ(hull.realForcesTimesteps("Fx"), 1);
-  EXPECT_EQ(hull.getForce("Fx", 0), valueOf(20, 0, 0));
-  EXPECT_EQ(hull.getMoment("MzV", 0), valueOf(38, 0, 0));
-  EXPECT_EQ(hull.getForceConvLength(1), 0);
+  EXPECT_EQ(hull.realTimesteps(marine::Component::force, "Fx"), 1);
+  EXPECT_EQ(hull.element(marine::Component::force, "Fx", 0), valueOf(20, 0, 0));
+  EXPECT_EQ(hull.element(marine::Component::moment, "MzV", 0), valueOf(38, 0, 0));
+  EXPECT_EQ(hull.convergedLength(marine::Component::force, 1), 0);
   EXPECT_EQ(hull.times(), Doubles{0.0});
 
   // The same run from now on.
@@ -605,13 +613,13 @@ TEST_F(MarineRunRefresh, RewrittenForceFileReloadsTheRun) {
   ConsoleCapture console;
   ASSERT_TRUE(project.load());
   project.refresh();
-  ASSERT_EQ(project.bodies()[0].realForcesTimesteps("FyV"), 2);
+  ASSERT_EQ(project.bodies()[0].realTimesteps(marine::Component::force, "FyV"), 2);
   write("eff_FyV.dat", kColumns + rowText(0.0, 1, 40, 0));
   EXPECT_TRUE(project.refresh().changed);
   project.refresh();
-  EXPECT_EQ(project.bodies()[0].realForcesTimesteps("FyV"), 1);
-  EXPECT_EQ(project.bodies()[0].getForce("FyV", 0), valueOf(40, 0, 0));
-  EXPECT_EQ(project.bodies()[0].realForcesTimesteps("Fx"), 2);
+  EXPECT_EQ(project.bodies()[0].realTimesteps(marine::Component::force, "FyV"), 1);
+  EXPECT_EQ(project.bodies()[0].element(marine::Component::force, "FyV", 0), valueOf(40, 0, 0));
+  EXPECT_EQ(project.bodies()[0].realTimesteps(marine::Component::force, "Fx"), 2);
   EXPECT_EQ(project.resFile().recordCount(), 2u);
 }
 
@@ -632,7 +640,8 @@ TEST_F(MarineProject, AFileThatDisappearsIsToldOnceAndReadAgainWhenItComesBack) 
       {"eff_Fx.dat", [](const ProjectMonitorMarine& p) { return p.bodies()[0].times().size(); }},
       {"eff_FyV.dat",
        [](const ProjectMonitorMarine& p) {
-         return static_cast<std::size_t>(p.bodies()[0].realForcesTimesteps("FyV"));
+         return static_cast<std::size_t>(
+             p.bodies()[0].realTimesteps(marine::Component::force, "FyV"));
        }},
       {"Mvt_hull.dat",
        [](const ProjectMonitorMarine& p) { return p.motionBodies()[0]->motion().rowCount(); }},

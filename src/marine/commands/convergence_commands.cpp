@@ -10,12 +10,13 @@
 namespace marine {
 namespace {
 
-using Counter = int (ComponentHistories::*)(int quantity) const;
+using Counter = int (ComponentHistories::*)(Component component, int quantity) const;
 
-void writeCount(const char* command, Counter counter, ArgStream& arguments, ResultStream& result) {
+void writeCount(const char* command, Counter counter, Component component, ArgStream& arguments,
+                ResultStream& result) {
   const QuantityRequest request = readQuantityRequest(arguments);
   const ComponentHistories* owner = requestedOwner(command, request);
-  result << (owner == nullptr ? 0 : (owner->*counter)(request.quantity));
+  result << (owner == nullptr ? 0 : (owner->*counter)(component, request.quantity));
 }
 
 // The converged value of arguments "quantity path body sub step", the
@@ -34,33 +35,31 @@ double convergedValue(const char* command, Component component, int quantities,
   }
   const ComponentHistories* owner = selectOwner(command, *project, body, sub);
   if (owner == nullptr) return 0.0;
-  const bool force = component == Component::force;
-  const int length =
-      force ? owner->getForceConvLength(quantity) : owner->getMomentConvLength(quantity);
+  const int length = owner->convergedLength(component, quantity);
   if (!indexInRange(command, "iteration", step, static_cast<std::size_t>(length))) return 0.0;
-  return force ? owner->getForceConv(quantity, step) : owner->getMomentConv(quantity, step);
+  return owner->converged(component, quantity, step);
 }
 
 }  // namespace
 
 void getForceConvLength(ArgStream& arguments, ResultStream& result) {
-  writeCount("itf_get_force_conv_length", &ComponentHistories::getForceConvLength, arguments,
-             result);
+  writeCount("itf_get_force_conv_length", &ComponentHistories::convergedLength, Component::force,
+             arguments, result);
 }
 
 void getMomentConvLength(ArgStream& arguments, ResultStream& result) {
-  writeCount("itf_get_moment_conv_length", &ComponentHistories::getMomentConvLength, arguments,
-             result);
+  writeCount("itf_get_moment_conv_length", &ComponentHistories::convergedLength, Component::moment,
+             arguments, result);
 }
 
 void getCurrentForceConvIter(ArgStream& arguments, ResultStream& result) {
-  writeCount("itf_get_current_force_conv_iter", &ComponentHistories::nbIterForceConv, arguments,
-             result);
+  writeCount("itf_get_current_force_conv_iter", &ComponentHistories::convergedIterations,
+             Component::force, arguments, result);
 }
 
 void getCurrentMomentConvIter(ArgStream& arguments, ResultStream& result) {
-  writeCount("itf_get_current_moment_conv_iter", &ComponentHistories::nbIterMomentConv, arguments,
-             result);
+  writeCount("itf_get_current_moment_conv_iter", &ComponentHistories::convergedIterations,
+             Component::moment, arguments, result);
 }
 
 void getForceConvValue(ArgStream& arguments, ResultStream& result) {

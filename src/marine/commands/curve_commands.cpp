@@ -64,10 +64,10 @@ void writeLoadPoint(const CurveRequest& request, Component component, ResultStre
   const ComponentHistories* owner = selectedOwner(request, body);
   if (owner == nullptr) return;
   result << bodyAbscissa(request.project, *body, body->times(), request.position);
-  const double value =
-      component == Component::force
-          ? owner->getForce(nameAt(kForceNames, request.variable), request.position)
-          : owner->getMoment(nameAt(kMomentNames, request.variable), request.position);
+  const std::string_view name = component == Component::force
+                                    ? nameAt(kForceNames, request.variable)
+                                    : nameAt(kMomentNames, request.variable);
+  const double value = owner->element(component, name, request.position);
   result << sanitised(value);
 }
 

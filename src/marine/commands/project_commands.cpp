@@ -13,10 +13,6 @@
 namespace marine {
 namespace {
 
-// A count of paths beyond what any script sends: the rest of such a request
-// is not carried out.
-constexpr std::int32_t kMaxRemovedPaths = 100000;
-
 // A marine computation has one residual history: one block.
 constexpr int kBlocksPerProject = 1;
 
@@ -36,12 +32,7 @@ void addResFile(ArgStream& arguments, ResultStream& result) {
 
 void removeResFile(ArgStream& arguments, ResultStream&) {
   MonitorMarine& monitor = *theMonitorMarine();
-  const std::int32_t count = std::min(integerArgument(arguments), kMaxRemovedPaths);
-  std::vector<std::string> paths;
-  arguments.beginList();
-  for (std::int32_t i = 0; i < count; ++i) paths.push_back(textArgument(arguments));
-  arguments.endList();
-  for (const std::string& path : paths) {
+  for (const std::string& path : textListArgument(arguments)) {
     if (!monitor.removeProject(path))
       platform::consoleLine("Error! Could not remove project " + path);
   }

@@ -12,10 +12,6 @@
 namespace turbo {
 namespace {
 
-// A count of paths beyond what any script sends: the rest of such a request
-// is not carried out.
-constexpr std::int32_t kMaxRemovedPaths = 100000;
-
 ProjectMonitor* projectByPath(ArgStream& arguments) {
   return theMonitor()->findProject(textArgument(arguments));
 }
@@ -52,12 +48,7 @@ void addResFile(ArgStream& arguments, ResultStream&) {
 
 void removeResFile(ArgStream& arguments, ResultStream&) {
   Monitor& monitor = *theMonitor();
-  const std::int32_t count = std::min(integerArgument(arguments), kMaxRemovedPaths);
-  std::vector<std::string> paths;
-  arguments.beginList();
-  for (std::int32_t i = 0; i < count; ++i) paths.push_back(textArgument(arguments));
-  arguments.endList();
-  for (const std::string& path : paths) {
+  for (const std::string& path : textListArgument(arguments)) {
     if (monitor.removeProject(path) == 0) platform::consoleLine("can't remove it!");
   }
   monitor.currentProject = 0;
