@@ -1,11 +1,11 @@
-// The one reader of growing files: what it tells a reader when the file is
-// rewritten, disappears or comes back, and what it does with lines too long
-// to hold. Growth in random chunks is tested over every reader of the
-// program in growth_property_test.cpp.
+// The one reader of growing files: rewritten, vanished and returning files,
+// readers that stop or leave text, and lines too long to hold. Growth in
+// random chunks is tested over every reader in growth_property_test.cpp.
 #include "fileformat/growing_file.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -18,13 +18,12 @@ namespace {
 using fileformat::GrowingFile;
 using fileformat::Update;
 using Lines = std::vector<std::string>;
+using Read = std::pair<Update, Lines>;
 
 class GrowingFileTest : public ScratchFolder {
  protected:
-  GrowingFileTest() : file_(pathOf("run.dat")) {}
-
   // Reads the new lines; the answer and the lines taken.
-  std::pair<Update, Lines> read() {
+  Read read() {
     Lines lines;
     const Update status = file_.readLines([&](std::string_view line) {
       lines.emplace_back(line);
@@ -33,55 +32,45 @@ class GrowingFileTest : public ScratchFolder {
     return {status, lines};
   }
 
-  GrowingFile file_;
+  GrowingFile file_{pathOf("run.dat")};
 };
 
 TEST_F(GrowingFileTest, OffersWholeLinesOnceWithoutTheirLineEnds) {
   write("run.dat", "1 2\r\n3 4\n5 6");
-  EXPECT_EQ(read(), std::make_pair(Update::appended, Lines{"1 2", "3 4"}));
-  EXPECT_EQ(read(), std::make_pair(Update::unchanged, Lines{}));
+  EXPECT_EQ(read(), Read(Update::appended, {"1 2", "3 4"}));
+  EXPECT_EQ(read(), Read(Update::unchanged, {}));
   append("run.dat", "\r");
-  EXPECT_EQ(read(), std::make_pair(Update::unchanged, Lines{}));
+  EXPECT_EQ(read(), Read(Update::unchanged, {}));
   append("run.dat", "\n\n");
-  EXPECT_EQ(read(), std::make_pair(Update::appended, Lines{"5 6", ""}));
+  EXPECT_EQ(read(), Read(Update::appended, {"5 6", ""}));
   EXPECT_EQ(file_.offset(), 15u);
 }
 
-TEST_F(GrowingFileTest, ARewrittenFileIsToldAndThenReadFromItsTop) {
+// The file held "header + rows + 3 0.2" (its last line unfinished) when it
+// changed to each of these.
+TEST_F(GrowingFileTest, AFileThatNoLongerContinuesWhatWasTakenIsRewritten) {
   const std::string header = "#QV_BEGIN\nMODE STEADY\n#QV_END\n";
   const std::string rows = "1 0.5 0.25\n2 0.375 0.1875\n";
-  const struct {
-    const char* what;
-    std::string rewritten;
-  } cases[] = {
-      {"empty", ""},
-      {"shorter", header + "1 0.5 0.25\n"},
-      {"same length, last row changed", header + "1 0.5 0.25\n2 0.375 0.1876\n"},
-      {"longer, last row changed", header + "1 0.5 0.25\n2 0.375 0.1875 \n3 1 1\n"},
-      {"longer, first line changed", "#QV_BEGIN \nMODE STEADY\n#QV_END\n" + rows + "3 1 1\n"},
-      {"shorter, with an unfinished line seen before", header + "1 0.5 0.25\n2"},
+  const std::string cases[] = {
+      "",
+      header + "1 0.5 0.25\n",
+      header + "1 0.5 0.25\n2 0.375 0.1876\n",          // the same length, the last row changed
+      header + "1 0.5 0.25\n2 0.375 0.1875 \n3 1 1\n",  // longer, the last row changed
+      "#QV_BEGIN \nMODE STEADY\n#QV_END\n" + rows + "3 1 1\n",  // longer, the first line changed
+      header + rows + "3",  // shorter than the unfinished line seen
   };
-  for (const auto& c : cases) {
+  for (const std::string& now : cases) {
     file_ = GrowingFile(pathOf("run.dat"));
     write("run.dat", header + rows + "3 0.2");
-    ASSERT_EQ(read().first, Update::appended) << c.what;
-    write("run.dat", c.rewritten);
+    ASSERT_EQ(read().first, Update::appended) << now;
+    write("run.dat", now);
     const ConsoleCapture console;
-    EXPECT_EQ(read(), std::make_pair(Update::rewritten, Lines{})) << c.what;
-    EXPECT_EQ(file_.offset(), 0u) << c.what;
-    const Lines whole = read().second;
-    EXPECT_EQ(whole.size(),
-              static_cast<std::size_t>(std::count(c.rewritten.begin(), c.rewritten.end(), '\n')))
-        << c.what;
-    EXPECT_EQ(console.text(), "") << c.what;
+    EXPECT_EQ(read(), Read(Update::rewritten, {})) << now;
+    EXPECT_EQ(file_.offset(), 0u) << now;
+    EXPECT_EQ(read().second.size(),
+              static_cast<std::size_t>(std::count(now.begin(), now.end(), '\n')));
+    EXPECT_EQ(console.text(), "") << now;
   }
-}
-
-TEST_F(GrowingFileTest, AFileThatGrewOnTopOfWhatWasTakenIsNotRewritten) {
-  write("run.dat", "a\nb\n");
-  read();
-  append("run.dat", "c\n");
-  EXPECT_EQ(read(), std::make_pair(Update::appended, Lines{"c"}));
 }
 
 TEST_F(GrowingFileTest, ADisappearanceIsToldOnceAndTheFileIsReadAgainWhenItComesBack) {
@@ -92,23 +81,23 @@ TEST_F(GrowingFileTest, ADisappearanceIsToldOnceAndTheFileIsReadAgainWhenItComes
 
   write("run.dat", "a\nb\n");
   read();
+  EXPECT_TRUE(file_.present());
   std::filesystem::remove(pathOf("run.dat"));
   EXPECT_EQ(read().first, Update::missing);
   EXPECT_EQ(read().first, Update::missing);
   EXPECT_TRUE(file_.lost());
+  EXPECT_FALSE(file_.present());
   EXPECT_EQ(console.text(),
             "File " + pathOf("run.dat") + " has disappeared; what was read from it stays shown\n");
 
   write("run.dat", "a\nb\nc\n");
   EXPECT_EQ(read().first, Update::rewritten);
   EXPECT_FALSE(file_.lost());
-  EXPECT_EQ(read(), std::make_pair(Update::appended, Lines{"a", "b", "c"}));
-}
+  EXPECT_EQ(read(), Read(Update::appended, {"a", "b", "c"}));
 
-TEST_F(GrowingFileTest, AFolderIsAMissingFile) {
+  std::filesystem::remove(pathOf("run.dat"));
   std::filesystem::create_directories(pathOf("run.dat"));
-  EXPECT_EQ(read().first, Update::missing);
-  EXPECT_FALSE(file_.present());
+  EXPECT_EQ(read().first, Update::missing) << "a folder is no file";
 }
 
 TEST_F(GrowingFileTest, AReaderThatStopsIsOfferedTheRestNextTime) {
@@ -120,52 +109,51 @@ TEST_F(GrowingFileTest, AReaderThatStopsIsOfferedTheRestNextTime) {
     return true;
   });
   EXPECT_EQ(header, Lines{"header"});
-  EXPECT_EQ(read(), std::make_pair(Update::appended, Lines{"row 1", "row 2"}));
+  EXPECT_EQ(read(), Read(Update::appended, {"row 1", "row 2"}));
 }
 
 // A record may span lines: the text a reader leaves is offered again with
 // the lines that follow it.
 TEST_F(GrowingFileTest, TextLeftIsOfferedAgainWithWhatFollows) {
   write("run.dat", "1 2 3\n4 5");
-  std::vector<std::string> offered;
-  const auto takeWholeRecordsOfFourNumbers = [&](std::string_view text) {
+  Lines offered;
+  const auto takeRecordsEndingInEight = [&](std::string_view text) {
     offered.emplace_back(text);
-    const std::size_t fourth = text.find("4 5 6 7 8\n");
-    return fileformat::Taken{fourth == std::string_view::npos ? 0 : text.size(), false};
+    return fileformat::Taken{text.ends_with("8\n") ? text.size() : 0, false};
   };
-  EXPECT_EQ(file_.read(takeWholeRecordsOfFourNumbers), Update::unchanged);
-  EXPECT_EQ(file_.read(takeWholeRecordsOfFourNumbers), Update::unchanged);
+  EXPECT_EQ(file_.read(takeRecordsEndingInEight), Update::unchanged);
+  EXPECT_EQ(file_.read(takeRecordsEndingInEight), Update::unchanged);
   append("run.dat", " 6 7 8\n");
-  EXPECT_EQ(file_.read(takeWholeRecordsOfFourNumbers), Update::appended);
-  EXPECT_EQ(offered, (std::vector<std::string>{"1 2 3\n", "1 2 3\n4 5 6 7 8\n"}));
+  EXPECT_EQ(file_.read(takeRecordsEndingInEight), Update::appended);
+  EXPECT_EQ(offered, (Lines{"1 2 3\n", "1 2 3\n4 5 6 7 8\n"}));
 }
 
 TEST_F(GrowingFileTest, ALineOverTheLimitIsDroppedOnceAndReadingGoesOnAfterIt) {
+  const std::string dropped = " dropped; reading goes on after its end\n";
   const std::string longLine(GrowingFile::kMaxLineBytes + 10, 'x');
   write("run.dat", "first\n" + longLine.substr(0, GrowingFile::kMaxLineBytes / 2));
   ConsoleCapture console;
-  EXPECT_EQ(read(), std::make_pair(Update::appended, Lines{"first"}));
+  EXPECT_EQ(read(), Read(Update::appended, {"first"}));
   append("run.dat", longLine.substr(GrowingFile::kMaxLineBytes / 2));
-  EXPECT_EQ(read(), std::make_pair(Update::unchanged, Lines{}));
+  EXPECT_EQ(read(), Read(Update::unchanged, {}));
   append("run.dat", "yy");
-  EXPECT_EQ(read(), std::make_pair(Update::unchanged, Lines{}));
+  EXPECT_EQ(read(), Read(Update::unchanged, {}));
   append("run.dat", "\nnext\n");
-  EXPECT_EQ(read(), std::make_pair(Update::appended, Lines{"next"}));
-  EXPECT_EQ(console.text(), "Line of more than 33554432 bytes at byte 6 of " + pathOf("run.dat") +
-                                " dropped; reading goes on after its end\n");
-}
+  EXPECT_EQ(read(), Read(Update::appended, {"next"}));
+  EXPECT_EQ(console.text(),
+            "Line of more than 33554432 bytes at byte 6 of " + pathOf("run.dat") + dropped);
 
-// What a crashed node leaves: a file of NUL bytes only, here with a hole.
-TEST_F(GrowingFileTest, AFileOfNulBytesIsDroppedAsOneLongLine) {
-  write("run.dat", "");
-  std::filesystem::resize_file(pathOf("run.dat"), 3 * GrowingFile::kMaxLineBytes);
-  ConsoleCapture console;
-  EXPECT_EQ(read(), std::make_pair(Update::unchanged, Lines{}));
-  EXPECT_EQ(read(), std::make_pair(Update::unchanged, Lines{}));
-  EXPECT_EQ(console.text(), "Line of more than 33554432 bytes at byte 0 of " + pathOf("run.dat") +
-                                " dropped; reading goes on after its end\n");
-  append("run.dat", "\nrow\n");
-  EXPECT_EQ(read(), std::make_pair(Update::appended, Lines{"row"}));
+  // What a crashed node leaves: a file of NUL bytes only, here with a hole.
+  write("other.dat", "");
+  std::filesystem::resize_file(pathOf("other.dat"), 3 * GrowingFile::kMaxLineBytes);
+  file_ = GrowingFile(pathOf("other.dat"));
+  ConsoleCapture nul;
+  EXPECT_EQ(read(), Read(Update::unchanged, {}));
+  EXPECT_EQ(read(), Read(Update::unchanged, {}));
+  EXPECT_EQ(nul.text(),
+            "Line of more than 33554432 bytes at byte 0 of " + pathOf("other.dat") + dropped);
+  append("other.dat", "\nrow\n");
+  EXPECT_EQ(read(), Read(Update::appended, {"row"}));
 }
 
 }  // namespace

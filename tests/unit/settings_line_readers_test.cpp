@@ -6,88 +6,53 @@
 
 namespace {
 
-class SettingsLine : public testing::Test {
- protected:
-  SettingsLine() { status.lineNumber = 12; }
-  LineStatus status;
-  ConsoleCapture console;
-};
-
-TEST_F(SettingsLine, StringsKeepInnerBlanksAndTrimTheEnds) {
-  std::string text = "old";
-  EXPECT_EQ(readStrings(status, text, "NAME  a   b  "), 1);
-  EXPECT_EQ(text, "a   b");
-  EXPECT_EQ(readStrings(status, text, "\tTITLE\t x\ty \t"), 1);
-  EXPECT_EQ(text, "x\ty");
-  EXPECT_EQ(readStrings(status, text, "ALONE"), 1);
-  EXPECT_EQ(text, "");
-  EXPECT_EQ(status.ok, 1);
-  EXPECT_EQ(console.text(), "");
-}
-
-TEST_F(SettingsLine, StringIntegerJoinsTheRestWithSingleBlanks) {
-  std::string word = "w", rest = "r";
-  EXPECT_EQ(readStringInteger(status, word, rest, "NAME  a   b  "), 1);
-  EXPECT_EQ(word, "a");
-  EXPECT_EQ(rest, "b");
-  EXPECT_EQ(readStringInteger(status, word, rest, "BODY\thull\t3\t 4  x"), 1);
-  EXPECT_EQ(word, "hull");
-  EXPECT_EQ(rest, "3 4 x");
-  EXPECT_EQ(readStringInteger(status, word, rest, "BODY two"), 1);
-  EXPECT_EQ(word, "two");
-  EXPECT_EQ(rest, "");
-}
-
-TEST_F(SettingsLine, StringStringTakesTwoWordsAndIgnoresMore) {
-  std::string second, third;
-  EXPECT_EQ(readStringString(status, second, third, "Monitor\tRefresh 5 extra words"), 1);
-  EXPECT_EQ(second, "Refresh");
-  EXPECT_EQ(third, "5");
-}
-
-TEST_F(SettingsLine, MalformedLinesAreDiagnosed) {
-  std::string a = "a", b = "b";
-  EXPECT_EQ(readStringInteger(status, a, b, "ONLYKEY"), 0);
-  EXPECT_EQ(a, "a");
-  EXPECT_EQ(b, "b");
-  EXPECT_EQ(status.ok, 0);
-  EXPECT_EQ(status.message, "line12: wrong format");
-  EXPECT_EQ(status.read, "read:     ONLYKEY");
-  EXPECT_EQ(status.expected, "expected:  <string> <integer>");
-  EXPECT_EQ(console.text(), "  wrong format for27: ONLYKEY\n");
-}
-
-TEST_F(SettingsLine, StringStringNamesTheKeywordInItsDiagnosis) {
-  std::string a, b;
-  status.lineNumber = 7;
-  EXPECT_EQ(readStringString(status, a, b, "GROUP  name"), 0);
-  EXPECT_EQ(status.message, "line7: wrong format");
-  EXPECT_EQ(status.read, "read:     GROUP  name");
-  EXPECT_EQ(status.expected, "expected: GROUP <string> <string>");
-  EXPECT_EQ(console.text(), "  wrong format for29: GROUP  name\n");
-}
-
-TEST_F(SettingsLine, BlankLinesFailEveryReader) {
-  std::string a, b;
-  EXPECT_EQ(readStrings(status, a, ""), 0);
-  EXPECT_EQ(status.expected, "expected:  <strings> ");
-  EXPECT_EQ(readStrings(status, a, " \t "), 0);
-  EXPECT_EQ(readStringInteger(status, a, b, "   "), 0);
-  EXPECT_EQ(readStringString(status, a, b, ""), 0);
-  EXPECT_EQ(status.expected, "expected:  <string> <string>");
-  EXPECT_EQ(console.text(),
-            "  wrong format for15: \n"
-            "  wrong format for15:  \t \n"
-            "  wrong format for27:    \n"
-            "  wrong format for29: \n");
-}
-
-TEST_F(SettingsLine, OkIsNeverSetBackByAGoodLine) {
-  std::string a, b;
-  readStringString(status, a, b, "X");
-  EXPECT_EQ(readStringString(status, a, b, "X y z"), 1);
-  EXPECT_EQ(status.ok, 0);
-  EXPECT_EQ(status.message, "line12: wrong format");
+// Each reader on lines of each shape: what it answers and gives back, the
+// diagnosis it leaves and the console line it prints.
+TEST(SettingsLine, Readers) {
+  enum Reader { strings, stringInteger, stringString };
+  const struct {
+    Reader reader;
+    const char* line;
+    const char* first;  // what the reader gives back, "a"/"b" when untouched
+    const char* second;
+    const char* console;  // empty for a good line
+    const char* expected = "";
+  } cases[] = {
+      {strings, "NAME  a   b  ", "a   b", "b", ""},
+      {strings, "\tTITLE\t x\ty \t", "x\ty", "b", ""},
+      {strings, "ALONE", "", "b", ""},
+      {strings, "", "a", "b", "  wrong format for15: \n", "expected:  <strings> "},
+      {stringInteger, "NAME  a   b  ", "a", "b", ""},
+      {stringInteger, "BODY\thull\t3\t 4  x", "hull", "3 4 x", ""},
+      {stringInteger, "BODY two", "two", "", ""},
+      {stringInteger, "ONLYKEY", "a", "b", "  wrong format for27: ONLYKEY\n",
+       "expected:  <string> <integer>"},
+      {stringInteger, "   ", "a", "b", "  wrong format for27:    \n",
+       "expected:  <string> <integer>"},
+      {stringString, "Monitor\tRefresh 5 extra words", "Refresh", "5", ""},
+      {stringString, "X y z", "y", "z", ""},
+      {stringString, "GROUP  name", "a", "b", "  wrong format for29: GROUP  name\n",
+       "expected: GROUP <string> <string>"},
+      {stringString, "", "a", "b", "  wrong format for29: \n", "expected:  <string> <string>"},
+  };
+  for (const auto& c : cases) {
+    LineStatus status;
+    status.lineNumber = 12;
+    std::string first = "a", second = "b";
+    const ConsoleCapture console;
+    const int answer = c.reader == strings ? readStrings(status, first, c.line)
+                       : c.reader == stringInteger
+                           ? readStringInteger(status, first, second, c.line)
+                           : readStringString(status, first, second, c.line);
+    const bool good = *c.console == '\0';
+    EXPECT_EQ(answer, good ? 1 : 0) << c.line;
+    EXPECT_EQ(first + "|" + second, std::string(c.first) + "|" + c.second) << c.line;
+    EXPECT_EQ(console.text(), c.console) << c.line;
+    EXPECT_EQ(status.ok, good ? 1 : 0) << c.line;
+    EXPECT_EQ(status.message, good ? "" : "line12: wrong format") << c.line;
+    EXPECT_EQ(status.read, good ? "" : std::string("read:     ") + c.line) << c.line;
+    EXPECT_EQ(status.expected, c.expected) << c.line;
+  }
 }
 
 }  // namespace
