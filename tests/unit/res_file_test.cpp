@@ -202,14 +202,11 @@ TEST_F(ResidualFile, LongHistory) {
 
 TEST(Bookmarks, CellsAreIndependentAndStartAtZero) {
   turbo::BookmarkGrid grid;
-  const std::pair<int, int> cells[] = {{0, 0}, {0, 9999}, {1, 0}, {999, 0}, {999, 9999}, {500, 1}};
-  int value = 0;
-  for (const auto& [i, j] : cells) grid.set(i, j, ++value * 11 - 43);
-  value = 0;
-  for (const auto& [i, j] : cells) EXPECT_EQ(grid.get(i, j), ++value * 11 - 43) << i << "," << j;
+  const std::pair<int, int> cells[] = {{0, 0}, {0, 9999}, {1, 0}, {999, 0}, {999, 9999}};
+  for (const auto& [i, j] : cells) grid.set(i, j, i - j - 2);
+  grid.set(999, 0, 0);
+  for (const auto& [i, j] : cells) EXPECT_EQ(grid.get(i, j), i == 999 && j == 0 ? 0 : i - j - 2);
   EXPECT_EQ(grid.get(0, 1) + grid.get(998, 9999), 0);
-  grid.set(1, 0, 0);
-  EXPECT_EQ(grid.get(1, 0), 0);
   grid.clear();
   EXPECT_EQ(grid.get(0, 9999), 0);
 }
