@@ -31,9 +31,8 @@ std::string historyOf(const ResFile& file) {
 }
 
 // Steady records of iterations first..last with `count` values each, as the
-// file holds them (`eol` after each) and as historyOf shows them.
-std::pair<std::string, std::string> records(int first, int last, std::size_t count,
-                                            const std::string& eol = "\n") {
+// file holds them and as historyOf shows them.
+std::pair<std::string, std::string> records(int first, int last, std::size_t count) {
   std::ostringstream file, shown;
   for (int i = first; i <= last; ++i) {
     file << i;
@@ -42,7 +41,7 @@ std::pair<std::string, std::string> records(int first, int last, std::size_t cou
       file << ' ' << k + (i % 1000) * 0.25;
       shown << ' ' << k + (i % 1000) * 0.25;
     }
-    file << eol;
+    file << '\n';
     shown << '\n';
   }
   return {file.str(), shown.str()};
