@@ -259,41 +259,26 @@ TEST_F(MarineComponentFile, GroupsFeedConsecutiveHistoriesFromTheFilePosition) {
   EXPECT_EQ(held(bodies[1]), "Fx: 9.5\nFxDyn: 9.25\nFzV: 3.5\nFzVDyn: 3.25\n");
 }
 
+// The values before a gap are kept, the rows after it read whole; a
+// converged row of a steady run is told for each column.
 TEST_F(MarineComponentFile, RowsThatDoNotFit) {
-  const std::string binary("\x01\x02\xff\xfe\x00\x7f\x80", 7);
-  const std::string rows = "0.0 1 1.5 2.5 3.5 4.5\n0.0 2 1.25 2.25\n0.0\nhello world\n" + binary +
-                           "\n\t\t\n-0.5 1 1.0 2.0 3.0 4.0\n0.0 3 1.125 2.125 3.125 4.125\n";
+  write("eff_Fx.dat", columnsBlock("T itnl A A A A", "hull hull:keel hull:bulb rudder") +
+                          "0.0 1 1.5 2.5 3.5 4.5\n0.0 2 1.25 2.25\n0.0\nhello world\n" +
+                          std::string("\x01\x02\xff\xfe\x00\x7f\x80", 7) +
+                          "\n\t\t\n-0.5 1 1.0 2.0 3.0 4.0\n0.0 3 1.125 2.125 3.125 4.125\n");
+  std::vector<BodyObject> bodies = bodiesOf(kHullAndRudder, false);
+  ComponentFile file(pathOf("eff_Fx.dat"), kF, 0);
+  ConsoleCapture console;
+  ASSERT_TRUE(file.readHeader(bodies));
+  file.update(bodies, false);
   const std::string wrong = "Wrong eff file format, cannot read force value\n";
-  // The values before the gap are kept; the rows after it are read whole.
-  const struct {
-    const char* file;
-    Component component;
-    bool unsteady;
-    std::string console;
-    std::string held;  // hull, keel, bulb, rudder
-  } cases[] = {
-      {"eff_Fx.dat", kF, false,
-       wrong + wrong + wrong + wrong +
-           "BodyObject::readForces wrong index\nSubBodyObject::readForces wrong index\n"
-           "SubBodyObject::readForces wrong index\nBodyObject::readForces wrong index\n",
-       "Fx: 1.5 1.25 1.125\nFx: 2.5 2.25 2.125\nFx: 3.5 3.125\nFx: 4.5 4.125\n"},
-      {"eff_Mx.dat", kM, true, wrong + wrong + wrong + wrong,
-       "Mx: 1.5 1.25 1.125\nMxDyn: 1\nMx: 2.5 2.25 2.125\nMxDyn: 2\nMx: 3.5 3.125\nMxDyn: 3\n"
-       "Mx: 4.5 4.125\nMxDyn: 4\n"},
-  };
-  for (const auto& c : cases) {
-    write(c.file, columnsBlock("T itnl A A A A", "hull hull:keel hull:bulb rudder") + rows);
-    std::vector<BodyObject> bodies = bodiesOf(kHullAndRudder, c.unsteady);
-    ComponentFile file(pathOf(c.file), c.component, 0);
-    ConsoleCapture console;
-    ASSERT_TRUE(file.readHeader(bodies));
-    file.update(bodies, false);
-    EXPECT_EQ(console.text(), c.console) << c.file;
-    EXPECT_EQ(
-        held(bodies[0]) + held(bodies[0].subBody(0)) + held(bodies[0].subBody(1)) + held(bodies[1]),
-        c.held)
-        << c.file;
-  }
+  EXPECT_EQ(console.text(),
+            wrong + wrong + wrong + wrong +
+                "BodyObject::readForces wrong index\nSubBodyObject::readForces wrong index\n"
+                "SubBodyObject::readForces wrong index\nBodyObject::readForces wrong index\n");
+  EXPECT_EQ(
+      held(bodies[0]) + held(bodies[0].subBody(0)) + held(bodies[0].subBody(1)) + held(bodies[1]),
+      "Fx: 1.5 1.25 1.125\nFx: 2.5 2.25 2.125\nFx: 3.5 3.125\nFx: 4.5 4.125\n");
 }
 
 TEST_F(MarineComponentFile, HeadersAndTheirMessages) {
@@ -345,24 +330,6 @@ TEST_F(MarineComponentFile, HeadersAndTheirMessages) {
               component == kF ? "Fx: 1.5\nFx: 4.5\n" : "Mx: 1.5\nMx: 4.5\n");
     EXPECT_EQ(bodies[0].times(), Doubles{});  // not the reference file
   }
-}
-
-TEST_F(MarineComponentFile, FileThatAppearsAfterTheLoadInPieces) {
-  std::vector<BodyObject> bodies = bodiesOf(kHullRudder, false);
-  ComponentFile file(pathOf("eff_FyP.dat"), kF, 4);
-  ASSERT_FALSE(file.readHeader(bodies, false));
-  ConsoleCapture console;
-  EXPECT_EQ(file.update(bodies, false), fileformat::Update::missing);
-  write("eff_FyP.dat", "#QV_BEGIN\nVARIABLES = T itnl FyP\n");
-  EXPECT_EQ(file.update(bodies, false), fileformat::Update::unchanged);
-  EXPECT_FALSE(file.present());
-  append("eff_FyP.dat", "NAMES = hull\n#QV_END\n#COLUMNS T itnl hull\n0.0 1 2.5\n0.0 2 2.25\n");
-  EXPECT_EQ(file.update(bodies, false), fileformat::Update::appended);
-  append("eff_FyP.dat", "0.0 3 2.125\n0.0 4 2");
-  EXPECT_EQ(file.update(bodies, false), fileformat::Update::appended);
-  EXPECT_EQ(console.text(), "");
-  EXPECT_EQ(file.rowsRead(), 3u);
-  EXPECT_EQ(held(bodies[0]), "FyP: 2.5 2.25 2.125\n");
 }
 
 }  // namespace
