@@ -220,7 +220,7 @@ TEST_F(MarineComponentFile, UnsteadyRowsFeedBodiesSubBodiesAndConvergedSeries) {
   EXPECT_EQ(held(hull.subBody(0)), "Fx: 2.5 2.25 2.75\nFxDyn: 2 2.125\n");
   EXPECT_EQ(held(hull.subBody(1)), "Fx: 3.5 3.25 1\nFxDyn: 3 3.125\n");
   EXPECT_EQ(held(bodies[1]), "Fx: 4.5 4.25 4.75\nFxDyn: 4 4.125\n");
-  EXPECT_EQ(hull.convergedIterations(kF, 1), 2);
+  EXPECT_EQ(hull.convergedIterations(kF, 0), 2);
   EXPECT_EQ(hull.convergedLength(kF, 0), 2);
   EXPECT_EQ(hull.converged(kF, 0, 1), 1.125);
   // The reference file gives every body the rows' times and iterations.
@@ -262,10 +262,11 @@ TEST_F(MarineComponentFile, GroupsFeedConsecutiveHistoriesFromTheFilePosition) {
 // The values before a gap are kept, the rows after it read whole; a
 // converged row of a steady run is told for each column.
 TEST_F(MarineComponentFile, RowsThatDoNotFit) {
-  write("eff_Fx.dat", columnsBlock("T itnl A A A A", "hull hull:keel hull:bulb rudder") +
-                          "0.0 1 1.5 2.5 3.5 4.5\n0.0 2 1.25 2.25\n0.0\nhello world\n" +
-                          std::string("\x01\x02\xff\xfe\x00\x7f\x80", 7) +
-                          "\n\t\t\n-0.5 1 1.0 2.0 3.0 4.0\n0.0 3 1.125 2.125 3.125 4.125\n");
+  write("eff_Fx.dat",
+        columnsBlock("T itnl A A A A", "hull hull:keel hull:bulb rudder") +
+            "0.0 1 1.5 2.5 3.5 4.5\n0.0 2 1.25 2.25\n0.0\nhello world\n" +
+            std::string("\x01\x02\xff\xfe\x00\x7f\x80", 7) +
+            "\n\t\t\n# note\n-0.5 1 1.0 2.0 3.0 4.0\n0.0 3 1.125 2.125 3.125 4.125\n");
   std::vector<BodyObject> bodies = bodiesOf(kHullAndRudder, false);
   ComponentFile file(pathOf("eff_Fx.dat"), kF, 0);
   ConsoleCapture console;

@@ -164,8 +164,9 @@ TEST_F(MarineProject, LoadsOfDamagedAndIncompleteCases) {
   } cases[] = {
       {"no body description", "ship_body_param.dat", none, "loaded unsteady 2",
        kStampLine + kFallback + noDescription + kNoBodies + kNoMotion},
-      {"body description without bodies", "ship_body_param.dat", "#QV_BEGIN\nCALCUL\n#QV_END\n",
-       "loaded unsteady 2", kStampLine + kFallback + kNoBodies + kNoMotion},
+      {"body description without bodies", "ship_body_param.dat",
+       "#QV_BEGIN\nCALCUL\nMODE STEADY\n#QV_END\n", "loaded unsteady 2",
+       kStampLine + kFallback + kNoBodies + kNoMotion},
       {"stray line between bodies", "ship_body_param.dat",
        kFxBodies.substr(0, 69) + "hull of 2018\n" + kFxBodies.substr(69), "loaded unsteady 2",
        kStampLine + kFallback + "True body: hull\nTrue body: rudder\n" + kNoMotion},
@@ -329,8 +330,10 @@ TEST_F(MarineProject, AFileThatDisappearsIsToldOnceAndReadAgainWhenItComesBack) 
            std::to_string(p.actuatorDisks().disk(0).stepCount()) +
            std::to_string(p.extraQuantities().quantities()[0].values.size());
   };
-  for (const char* file :
-       {"ship.res", "eff_Fx.dat", "eff_FyV.dat", "Mvt_hull.dat", "eff_AD.dat", "user_data.csv"}) {
+  const std::pair<const char*, bool> cases[] = {{"ship.res", true},    {"eff_Fx.dat", true},
+                                                {"eff_FyV.dat", true}, {"Mvt_hull.dat", false},
+                                                {"eff_AD.dat", false}, {"user_data.csv", false}};
+  for (const auto& [file, newRun] : cases) {
     writeAll();
     ProjectMonitorMarine project(res());
     ConsoleCapture console;
@@ -354,7 +357,10 @@ TEST_F(MarineProject, AFileThatDisappearsIsToldOnceAndReadAgainWhenItComesBack) 
     EXPECT_EQ(said,
               "File " + pathOf(file) + " has disappeared; what was read from it stays shown\n");
     writeAll();
-    EXPECT_TRUE(project.refresh().succeeded) << file;
+    const ProjectMonitorMarine::Refresh back = project.refresh();
+    // A residual, force or moment file read again from its top is a new run.
+    EXPECT_EQ(back.newRun, newRun) << file;
+    EXPECT_TRUE(back.succeeded) << file;
     EXPECT_EQ(held(project), "222222") << file << ": read again from its top, once";
   }
 }
