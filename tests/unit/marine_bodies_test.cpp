@@ -297,7 +297,6 @@ TEST_F(MarineComponentFile, HeadersAndTheirMessages) {
   } cases[] = {
       {"no columns block", "eff_Fx.dat",
        "#QV_BEGIN\nCALCUL\n#QV_END\n#COLUMNS T itnl hull\n0 1 2\n", false, noVariables},
-      {"empty file", "eff_Fx.dat", "", false, noVariables},
       {"VARIABLES outside any block", "eff_Fx.dat",
        "VARIABLES = T itnl Fx\n#QV_BEGIN\nNAMES = hull\n", false, noVariables},
       {"no NAMES", "eff_Fx.dat", "#QV_BEGIN\nVARIABLES = T itnl Fx\n#QV_END\n0 1 2\n", false,

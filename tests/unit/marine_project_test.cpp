@@ -42,10 +42,7 @@ const std::string kFxBodies =
     "#QV_BEGIN\nBODY\nNAME hull\n#QV_BEGIN\nSUBBODY\nNAME keel\n#QV_END\n#QV_END\n"
     "#QV_BEGIN\nBODY\nNAME rudder\n#QV_END\n";
 // The body description: one body more than eff_Fx.dat states.
-const std::string kBodyDescription =
-    "#QV_BEGIN\nBODY\nNAME hull\nGRAVITY_CENTER 61.2 0.0 -1.5\n#QV_BEGIN\nSUBBODY\nNAME "
-    "keel\n#QV_END\n#QV_END\n#QV_BEGIN\nBODY\nNAME rudder\n#QV_END\n#QV_BEGIN\nBODY\nNAME "
-    "skeg\n#QV_END\n";
+const std::string kBodyDescription = kFxBodies + "#QV_BEGIN\nBODY\nNAME skeg\n#QV_END\n";
 const std::string kColumns =
     "#QV_BEGIN\nVARIABLES = T itnl Q Q Q\nNAMES = hull hull:keel rudder\n#QV_END\n#COLUMNS T itnl "
     "hull hull:keel rudder\n";
@@ -114,7 +111,6 @@ TEST_F(MarineProject, LoadThenFirstRefreshDistributesEveryFile) {
             expand(kStampLine + kFallback + kTrueBodies + "Found Mvt body: hull\n"));
   EXPECT_TRUE(evaluator.scripts.empty());
   EXPECT_EQ(project.creationStamp(), "07/03/2018 13:34:44");
-  EXPECT_TRUE(project.bodies()[0].hasGravityCentre());
   // Nothing of the rows yet: they come with the refreshes.
   EXPECT_EQ(project.resFile().recordCount(), 0u);
   EXPECT_EQ(project.bodies()[0].realTimesteps(kF, "Fx"), 0);
