@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "console_capture.h"
+#include "fileformat/line_helpers.h"
 #include "scratch_folder.h"
 
 namespace {
@@ -118,6 +119,16 @@ TEST_F(ExtraQuantitiesFile, ARewrittenFileIsReadAgainAndTheChosenPositionsStay) 
   EXPECT_EQ(describe(quantities), "Time [s]: 0.05\nSinkage [m]: -0.1\n");
   EXPECT_EQ(quantities.quantities()[0].currentIteration, 2);
   EXPECT_EQ(quantities.quantities()[1].currentIteration, 0);
+}
+
+TEST_F(ExtraQuantitiesFile, TitlesPastTheMostColumnsAreCut) {
+  write("user_data.csv", std::string(fileformat::kMaxColumns + 10, '\t') + "\n");
+  ExtraQuantities quantities;
+  const std::string read = readAfresh(quantities, folder_.string());
+  EXPECT_EQ(read.substr(0, read.find('|')), "More than 65536 columns in " +
+                                                pathOf("user_data.csv") +
+                                                "; the columns after them are not read\n");
+  EXPECT_EQ(quantities.quantities().size(), fileformat::kMaxColumns);
 }
 
 }  // namespace
