@@ -27,8 +27,8 @@ using solver_simulator::RunMode;
 using Answer = std::pair<std::string, std::string>;
 
 // A call as a script writes it, "command word ...", where "{}" is an empty
-// word and "|" a blank inside a word; its result and its console lines, "!"
-// standing for "Error in <command>! ".
+// word and "|" a blank inside a word; its result and its console lines, a
+// leading "!" or ":" standing for "Error in <command>! " or ": ".
 struct Row {
   std::string call;
   std::string result;
@@ -38,7 +38,7 @@ struct Row {
 // $U: an unsteady run of two time steps with a third completed here, the
 // bodies hull (sub-bodies keel and bulb, moving), rudder and buoy (no loads).
 // $S: a steady run of three iterations and a fourth, iteration 7, written
-// here, without the files eff_FyV.dat and eff_MzP.dat.
+// here, without the file eff_FyV.dat.
 class MarineCommandTest : public ScratchFolder {
  protected:
   MarineCommandTest() {
@@ -60,7 +60,6 @@ class MarineCommandTest : public ScratchFolder {
                     {"eff_Mz.dat", "0.2 7 -8.5 1 2 3\n"},
                     {"Mvt_hull.dat", "0.2 1.5 2.5 -0.5 0.25 0.125 1e39\n"}});
     std::filesystem::remove(folder_ / "s" / "eff_FyV.dat");
-    std::filesystem::remove(folder_ / "s" / "eff_MzP.dat");
     load(s_);
   }
   ~MarineCommandTest() override {
@@ -113,9 +112,9 @@ class MarineCommandTest : public ScratchFolder {
         for (char& c : word) c = c == '|' ? ' ' : c;
         arguments.push_back(word);
       }
-      std::string console = row.console.starts_with('!')
-                                ? "Error in " + command + "! " + row.console.substr(1)
-                                : row.console;
+      std::string console = row.console;
+      if (console.starts_with('!') || console.starts_with(':'))
+        console = "Error in " + command + console.substr(0, 1) + " " + console.substr(1);
       if (!console.empty()) console = expand(console) + "\n";
       EXPECT_EQ(run(command, arguments), Answer(expand(row.result), console)) << row.call;
     }
