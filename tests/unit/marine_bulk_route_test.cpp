@@ -15,7 +15,7 @@ std::string text(int value) { return std::to_string(value); }
 
 using PointAt = std::function<std::string(std::size_t)>;
 
-class MarineBulkRoute : public MarineCommandTest {
+class MarineBulkRoute : public MarineCommands {
  protected:
   static std::size_t count(const std::string& command, const std::vector<std::string>& words) {
     return std::stoul(run(command, words).first);
@@ -102,22 +102,12 @@ TEST_F(MarineBulkRoute, ServesWhatThePointCommandsGiveInIterationsAndWorkUnits) 
   }
 }
 
-// Values the solver does not give: NaN, infinite and beyond the floats, and
-// a user quantity row shorter than the others.
-TEST_F(MarineBulkRoute, ServesMissingValuesAsThePointCommandsAndTellsWhereTrailingOnesBegin) {
-  const std::string path = load(writeCase(
-      "missing", RunMode::steady, 4,
-      {{"ship.res",
-        "7 1.5 nan 0.25 inf 0.0625 0.03125 1e39\n8 1.5 0.5 -inf 0.125 0.0625 0.03125 2\n"},
-       {"eff_Fx.dat", "0.2 7 1e39 210.25 nan 12.125\n0.3 8 -1e39 1 2 3\n"},
-       {"Mvt_hull.dat", "0.2 1.5 nan -0.5 0.25 0.125 1e39\n"},
-       {"user_data.csv", "5,nan,1e39\n"}}));
-  run("itm_add_custom_plot", {path, "Fx_hull*2"});
-  expectEveryCurveSame(path);
-  const Served served = serveInBulk(marine::curveSources(), {"force", path, "0", "-1", "0"});
-  EXPECT_EQ(served.positions, 6u);
-  EXPECT_EQ(served.points.size(), 4u);
-  EXPECT_EQ(served.trailingMissing, 4);
+TEST_F(MarineBulkRoute, ACurveEndingInMissingPointsTellsWhereTheyBegin) {
+  const Served served =
+      serveInBulk(marine::curveSources(), {"convergedForce", u_, "0", "-1", "13"});
+  EXPECT_EQ(served.positions, 3u);
+  EXPECT_EQ(served.points.size(), 2u);
+  EXPECT_EQ(served.trailingMissing, 2);
 }
 
 TEST_F(MarineBulkRoute, WrongRequestsAreRefusedWithWhatIsWrong) {
@@ -128,13 +118,11 @@ TEST_F(MarineBulkRoute, WrongRequestsAreRefusedWithWhatIsWrong) {
   } cases[] = {
       {{"residual", "/no/such.res", "0"}, "no computation \"/no/such.res\" is open"},
       {{"residual", u_, "8"}, "no residual 8 (there are 0 to 7)"},
-      {{"residual", u_, "-1"}, "no residual -1 (there are 0 to 7)"},
       {{"force", u_, "3", "-1", "0"}, "no body" + in + " 3 (there are 0 to 2)"},
       {{"force", u_, "0", "2", "0"}, "no sub-body of body 0" + in + " 2 (there are 0 to 1)"},
       {{"force", u_, "1", "0", "0"}, "no sub-body of body 1" + in + " 0 (there are none)"},
       {{"force", u_, "0", "-1", "18"}, "no force 18 (there are 0 to 17)"},
       {{"moment", u_, "0", "-1", "21"}, "no moment 21 (there are 0 to 20)"},
-      {{"convergedMoment", u_, "0", "-1", "21"}, "no moment 21 (there are 0 to 20)"},
       {{"motion", u_, "1", "0"}, "no motion of body 1" + in + " 0 (there are none)"},
       {{"disk", u_, "2", "0", "-1"}, "no actuator disk" + in + " 2 (there are 0 to 1)"},
       {{"disk", u_, "0", "9", "-1"}, "no quantity of actuator disk 0 9 (there are 0 to 1)"},

@@ -2,8 +2,6 @@
 // written by the solver simulator and completed by rows with round values.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <optional>
 #include <sstream>
 #include <string>
@@ -39,51 +37,50 @@ struct Row {
 // bodies hull (sub-bodies keel and bulb, moving), rudder and buoy (no loads).
 // $S: a steady run of three iterations and a fourth, iteration 7, written
 // here, without the file eff_FyV.dat.
-class MarineCommandTest : public ScratchFolder {
+class MarineCommands : public ScratchFolder {
  protected:
-  MarineCommandTest() {
+  MarineCommands() {
     write("preferences.dat",
           "PRODUCT Other\nRefresh 9\nEND_PRODUCT\nPRODUCT Monitor\nRefresh 5\nEND_PRODUCT\n");
     monitor_.emplace(std::vector<std::string>{"monitor"}, pathOf("preferences.dat"));
-    u_ = load(writeCase("u", RunMode::unsteady, 10,
-                        {{"eff_Fx.dat", "0.75 11 1520.5 210.25 95 12.125\n-0.15 11 7.25 1 2 3\n"},
-                         {"eff_Fz.dat", "-0.15 11 1e39 -1e39 1e38 2\n"},
-                         {"eff_MyV.dat", "-0.15 11 7.5 0.5 0.25 -1\n"},
-                         {"eff_FxP.dat", "-0.15 11 100.5\n"},
-                         {"Mvt_hull.dat", "0.15 1.5 2.5 -0.5 0.25 0.125 1e39\n"},
-                         {"eff_AD.dat", "0.15 100.5 20.25 -3.5 7\n"},
-                         {"user_data.csv", "0.15\t98000.5\t-4300.25\t0.28\n"},
-                         {"ship_body_param.dat", "#QV_BEGIN\nBODY\nNAME buoy\n#QV_END\n"}}));
+    u_ = writeCase("u", RunMode::unsteady, 10,
+                   {{"eff_Fx.dat", "0.75 11 1520.5 210.25 95 12.125\n-0.15 11 7.25 1 2 3\n"},
+                    {"eff_Fz.dat", "-0.15 11 1e39 -1e39 1e38 2\n"},
+                    {"eff_MyV.dat", "-0.15 11 7.5 0.5 0.25 -1\n"},
+                    {"eff_FxP.dat", "-0.15 11 100.5\n"},
+                    {"Mvt_hull.dat", "0.15 1.5 2.5 -0.5 0.25 0.125 1e39\n"},
+                    {"eff_AD.dat", "0.15 100.5 20.25 -3.5 7\n"},
+                    {"user_data.csv", "0.15\t98000.5\t-4300.25\t0.28\n"},
+                    {"ship_body_param.dat", "#QV_BEGIN\nBODY\nNAME buoy\n#QV_END\n"}});
     s_ = writeCase("s", RunMode::steady, 3,
                    {{"ship.res", "7 1.5 0.5 0.25 0.125 0.0625 0.03125 1e39\n"},
                     {"eff_Fx.dat", "0.2 7 1520.5 210.25 95 12.125\n"},
-                    {"eff_Mz.dat", "0.2 7 -8.5 1 2 3\n"},
-                    {"Mvt_hull.dat", "0.2 1.5 2.5 -0.5 0.25 0.125 1e39\n"}});
-    std::filesystem::remove(folder_ / "s" / "eff_FyV.dat");
-    load(s_);
+                    {"Mvt_hull.dat", "0.2 1.5 2.5 -0.5 0.25 0.125 1e39\n"},
+                    {"eff_FyV.dat", ""}});
   }
-  ~MarineCommandTest() override {
+  ~MarineCommands() override {
     monitor_.reset();
     fileformat::workUnit = 0;
   }
 
-  // The default case of the simulator in `name` after `iterations`
-  // iterations and then `rows` (file, text); answers its residual file.
+  // Loads the default case of the simulator, written in `name` after
+  // `iterations` iterations and then `rows` (file, text appended or, when
+  // empty, the file removed), as the first refresh reads it; answers its path.
   std::string writeCase(const std::string& name, RunMode mode, int iterations,
                         const std::vector<std::pair<std::string, std::string>>& rows) {
     solver_simulator::MarineCaseWriter writer(
         solver_simulator::defaultCaseSetup(folder_ / name, mode));
     writer.writeHeaders();
     for (int i = 0; i < iterations; ++i) writer.appendIteration();
-    for (const auto& [file, text] : rows) append(name + "/" + file, text);
-    return pathOf(name + "/ship.res");
-  }
-
-  // Loads the computation at `path` and reads it, as the first refresh does.
-  std::string load(const std::string& path) {
+    for (const auto& [file, text] : rows) {
+      if (text.empty())
+        std::filesystem::remove(folder_ / name / file);
+      else
+        append(name + "/" + file, text);
+    }
     ConsoleCapture quiet;
-    monitor_->addProject(path).refresh();
-    return path;
+    monitor_->addProject(pathOf(name + "/ship.res")).refresh();
+    return pathOf(name + "/ship.res");
   }
 
   static Answer run(std::string_view name, const std::vector<std::string>& arguments = {}) {
@@ -100,7 +97,6 @@ class MarineCommandTest : public ScratchFolder {
     return text;
   }
 
-  // Runs `rows` in their order.
   void expectRows(const std::vector<Row>& rows) {
     for (const Row& row : rows) {
       std::istringstream words(expand(row.call));
