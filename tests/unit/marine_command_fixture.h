@@ -1,17 +1,12 @@
-// Runs the marine commands the way the scripts call them, on computations
-// written by the solver simulator, and reads what they answer and print.
+// Runs the marine commands the way the scripts call them, on two computations
+// written by the solver simulator and completed by rows with round values.
 #pragma once
 
-#include <gtest/gtest.h>
-#include <unistd.h>
-
-#include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <optional>
-#include <ostream>
+#include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "command_call.h"
@@ -19,101 +14,111 @@
 #include "fileformat/work_unit.h"
 #include "marine/commands/marine_command_set.h"
 #include "marine/monitor_marine.h"
-#include "script/tcl_arg_stream.h"
-#include "script/tcl_result_stream.h"
+#include "scratch_folder.h"
 #include "solver_simulator/marine_case_writer.h"
-#include "turbo/monitor.h"
 
 namespace marine_commands_test {
 
-namespace fs = std::filesystem;
-using solver_simulator::CaseSetup;
-using solver_simulator::MarineCaseWriter;
 using solver_simulator::RunMode;
 
 // What a command answered and what it printed on the console.
-struct Answer {
+using Answer = std::pair<std::string, std::string>;
+
+// A call as a script writes it, "command word ...", where "{}" is an empty
+// word and "|" a blank inside a word; its result and its console lines, a
+// leading "!" or ":" standing for "Error in <command>! " or ": ".
+struct Row {
+  std::string call;
   std::string result;
   std::string console = {};
-  bool operator==(const Answer&) const = default;
 };
 
-inline void PrintTo(const Answer& answer, std::ostream* out) {
-  *out << "result \"" << answer.result << "\", console \"" << answer.console << "\"";
-}
-
-// The result text of a command that writes `items` in turn.
-template <typename... Items>
-std::string resultOf(const Items&... items) {
-  std::string text;
-  TclResultStream out(text);
-  (out << ... << items);
-  return text;
-}
-
-// Calls the marine command registered as `name` with `arguments`.
-inline Answer run(std::string_view name, const std::vector<std::string>& arguments = {}) {
-  ConsoleCapture console;
-  std::string text = callCommand(marine::kMarineCommands, name, arguments);
-  return {text, console.text()};
-}
-
-// The line a command prints for a path that names no loaded project.
-inline std::string missingProject(std::string_view command, const std::string& path) {
-  return "Error in " + std::string(command) + "! Cannot find project '" + path + "'!\n";
-}
-
-class MarineCommandTest : public testing::Test {
+// $U: an unsteady run of two time steps with a third completed here, the
+// bodies hull (sub-bodies keel and bulb, moving), rudder and buoy (no loads).
+// $S: a steady run of three iterations and a fourth, iteration 7, written
+// here, without the file eff_FyV.dat.
+class MarineCommands : public ScratchFolder {
  protected:
-  MarineCommandTest() {
-    static int serial = 0;
-    folder_ = fs::temp_directory_path() /
-              ("marine_commands_" + std::to_string(::getpid()) + "_" + std::to_string(++serial));
-    monitor_.emplace(std::vector<std::string>{"monitor"}, "/nonexistent/preferences.dat");
+  MarineCommands() {
+    write("preferences.dat",
+          "PRODUCT Other\nRefresh 9\nEND_PRODUCT\nPRODUCT Monitor\nRefresh 5\nEND_PRODUCT\n");
+    monitor_.emplace(std::vector<std::string>{"monitor"}, pathOf("preferences.dat"));
+    u_ = writeCase("u", RunMode::unsteady, 10,
+                   {{"eff_Fx.dat", "0.75 11 1520.5 210.25 95 12.125\n-0.15 11 7.25 1 2 3\n"},
+                    {"eff_Fz.dat", "-0.15 11 1e39 -1e39 1e38 2\n"},
+                    {"eff_MyV.dat", "-0.15 11 7.5 0.5 0.25 -1\n"},
+                    {"eff_FxP.dat", "-0.15 11 100.5\n"},
+                    {"Mvt_hull.dat", "0.15 1.5 2.5 -0.5 0.25 0.125 1e39\n"},
+                    {"eff_AD.dat", "0.15 100.5 20.25 -3.5 7\n"},
+                    {"user_data.csv", "0.15\t98000.5\t-4300.25\t0.28\n"},
+                    {"ship_body_param.dat", "#QV_BEGIN\nBODY\nNAME buoy\n#QV_END\n"}});
+    s_ = writeCase("s", RunMode::steady, 3,
+                   {{"ship.res", "7 1.5 0.5 0.25 0.125 0.0625 0.03125 1e39\n"},
+                    {"eff_Fx.dat", "0.2 7 1520.5 210.25 95 12.125\n"},
+                    {"Mvt_hull.dat", "0.2 1.5 2.5 -0.5 0.25 0.125 1e39\n"},
+                    {"eff_FyV.dat", ""}});
   }
-  ~MarineCommandTest() override {
+  ~MarineCommands() override {
     monitor_.reset();
     fileformat::workUnit = 0;
-    std::error_code ignored;
-    fs::remove_all(folder_, ignored);
   }
 
-  // The simulator's default case in the folder `name`: the moving body "hull"
-  // with the sub-bodies "keel" and "bulb", the fixed body "rudder", two
-  // actuator disks and three user quantities.
-  CaseSetup caseSetup(const std::string& name, RunMode mode = RunMode::unsteady) const {
-    return solver_simulator::defaultCaseSetup(folder_ / name, mode);
-  }
-
-  // The case of `setup` with its first `iterations` iterations written.
-  static MarineCaseWriter written(const CaseSetup& setup, int iterations) {
-    MarineCaseWriter writer(setup);
+  // Loads the default case of the simulator, written in `name` after
+  // `iterations` iterations and then `rows` (file, text appended or, when
+  // empty, the file removed), as the first refresh reads it; answers its path.
+  std::string writeCase(const std::string& name, RunMode mode, int iterations,
+                        const std::vector<std::pair<std::string, std::string>>& rows) {
+    solver_simulator::MarineCaseWriter writer(
+        solver_simulator::defaultCaseSetup(folder_ / name, mode));
     writer.writeHeaders();
     for (int i = 0; i < iterations; ++i) writer.appendIteration();
-    return writer;
-  }
-
-  // Loads the computation at `path` and reads what it holds, as the first
-  // refresh after loading does; answers the path.
-  std::string load(const std::string& path) {
+    for (const auto& [file, text] : rows) {
+      if (text.empty())
+        std::filesystem::remove(folder_ / name / file);
+      else
+        append(name + "/" + file, text);
+    }
     ConsoleCapture quiet;
-    monitor_->addProject(path).refresh();
-    return path;
-  }
-  std::string load(const CaseSetup& setup, int iterations) {
-    return load(written(setup, iterations).setup().residualPath().string());
+    monitor_->addProject(pathOf(name + "/ship.res")).refresh();
+    return pathOf(name + "/ship.res");
   }
 
-  marine::ProjectMonitorMarine& project(const std::string& path) {
-    return *monitor_->findProject(path);
+  static Answer run(std::string_view name, const std::vector<std::string>& arguments = {}) {
+    ConsoleCapture console;
+    std::string text = callCommand(marine::kMarineCommands, name, arguments);
+    return {text, console.text()};
   }
 
-  static void append(const fs::path& file, const std::string& text) {
-    std::ofstream(file, std::ios::binary | std::ios::app) << text;
+  std::string expand(std::string text) const {
+    for (const auto& [mark, path] : {std::pair{"$U", u_}, std::pair{"$S", s_}}) {
+      for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at))
+        text.replace(at, 2, path);
+    }
+    return text;
   }
 
-  fs::path folder_;
+  void expectRows(const std::vector<Row>& rows) {
+    for (const Row& row : rows) {
+      std::istringstream words(expand(row.call));
+      std::string command;
+      std::vector<std::string> arguments;
+      words >> command;
+      for (std::string word; words >> word;) {
+        if (word == "{}") word.clear();
+        for (char& c : word) c = c == '|' ? ' ' : c;
+        arguments.push_back(word);
+      }
+      std::string console = row.console;
+      if (console.starts_with('!') || console.starts_with(':'))
+        console = "Error in " + command + console.substr(0, 1) + " " + console.substr(1);
+      if (!console.empty()) console = expand(console) + "\n";
+      EXPECT_EQ(run(command, arguments), Answer(expand(row.result), console)) << row.call;
+    }
+  }
+
   std::optional<marine::MonitorMarine> monitor_;
+  std::string u_;
+  std::string s_;
 };
 
 }  // namespace marine_commands_test
