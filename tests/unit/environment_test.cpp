@@ -49,6 +49,15 @@ class FakeSystem final : public platform::SystemServices {
   void waitForInputLine() override {}
 };
 
+std::vector<std::string> split(const char* text) {  // at ';'
+  std::vector<std::string> parts;
+  for (std::string_view rest = text ? text : ""; !rest.empty();) {
+    parts.emplace_back(rest.substr(0, rest.find(';')));
+    rest.remove_prefix(std::min(rest.size(), parts.back().size() + 1));
+  }
+  return parts;
+}
+
 TEST(RegistryFile, SectionsValuesCommentsCaseAndJunk) {
   const RegistryFile file = RegistryFile::parse(
       "VALUE=before any section\n; comment\n# comment\n[unclosed section\n"
@@ -88,18 +97,15 @@ class RegistryFilesFromEnvironment : public ScratchFolder {
  protected:
   ~RegistryFilesFromEnvironment() override {
     for (const auto& [name, value] : saved_) {
-      if (value)
-        setenv(name.c_str(), value->c_str(), 1);
-      else
-        unsetenv(name.c_str());
+      value ? setenv(name, value->c_str(), 1) : unsetenv(name);
     }
   }
-  void set(const std::string& name, const std::string& value) {
-    const char* old = std::getenv(name.c_str());
-    saved_.emplace(name, old ? std::optional<std::string>(old) : std::nullopt);
-    setenv(name.c_str(), value.c_str(), 1);
+  static std::optional<std::string> now(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? std::optional<std::string>(value) : std::nullopt;
   }
-  std::map<std::string, std::optional<std::string>> saved_;
+  const std::pair<const char*, std::optional<std::string>> saved_[2] = {
+      {"HOME", now("HOME")}, {"TALVIK_REGISTRY", now("TALVIK_REGISTRY")}};
 };
 
 TEST_F(RegistryFilesFromEnvironment, NamedFileOrTheOneInHome) {
@@ -117,8 +123,8 @@ TEST_F(RegistryFilesFromEnvironment, NamedFileOrTheOneInHome) {
       {pathOf("nowhere"), folder_.string(), "home", false},
   };
   for (const auto& c : cases) {
-    set("TALVIK_REGISTRY", c.named);
-    set("HOME", c.home);
+    setenv("TALVIK_REGISTRY", c.named.c_str(), 1);
+    setenv("HOME", c.home.c_str(), 1);
     EXPECT_EQ(platform::RegistryFiles::fromEnvironment().hasKey(c.key), c.found)
         << c.named << c.key;
   }
@@ -161,15 +167,13 @@ TEST(VersionTag, FromProgramPathsAndTheRegistryKeysItGives) {
 }
 
 TEST(VersionTag, QvversionArgument) {
-  const struct {
-    Strings arguments;
-    std::string tag;
-  } cases[] = {{{"monitor", "-qvversion", "71_Marine", "a.res"}, "71_Marine"},
-               {{"monitor", "-qvversion", "a", "-qvversion", "b"}, "a"},
-               {{"monitor", "x.res", "-qvversion"}, ""},
-               {{"-qvversion", "notme"}, ""},
-               {{"monitor", "-QVVERSION", "71"}, ""}};
-  for (const auto& c : cases) EXPECT_EQ(app::qvversionArgument(c.arguments), c.tag) << c.tag;
+  const std::pair<const char*, const char*> cases[] = {
+      {"monitor;-qvversion;71_Marine;a.res", "71_Marine"},
+      {"monitor;-qvversion;a;-qvversion;b", "a"},
+      {"monitor;x.res;-qvversion", ""},
+      {"-qvversion;notme", ""},
+      {"monitor;-QVVERSION;71", ""}};
+  for (const auto& [line, tag] : cases) EXPECT_EQ(app::qvversionArgument(split(line)), tag) << line;
 }
 
 // The values separated by spaces, with @ for the installation's folder.
@@ -212,15 +216,6 @@ TEST(Environment, InstalledProgramGetsEveryLocationAndExportsThemInTheirOrder) {
   EXPECT_EQ(system.environment["GMX_REVERSEVIDEO"], "on");
   EXPECT_EQ(system.createdFolders,
             (Strings{"/home/eng/.talvik", "/home/eng/.talvik/pvm", "/home/eng/.talvik/tmp"}));
-}
-
-std::vector<std::string> split(const char* text) {  // at ';'
-  std::vector<std::string> parts;
-  for (std::string_view rest = text ? text : ""; !rest.empty();) {
-    parts.emplace_back(rest.substr(0, rest.find(';')));
-    rest.remove_prefix(std::min(rest.size(), parts.back().size() + 1));
-  }
-  return parts;
 }
 
 TEST(Environment, VariantsOfTheInstallation) {
