@@ -103,6 +103,7 @@ TEST(Convergence, MserCutsWhereTheStartEnds) {
       {"step at 300", stepDown(300, 1), 300, 300, false},
       {"step at 700", stepDown(700, 6), 700, 700, false},
       {"step at 900", stepDown(900, 7), 900, 900, true},
+      {"step at 800: 40 %", stepDown(800, 8), 800, 800, true},
       {"decay over 40", series(2000, 1, 0.1, 2, [](double i) { return 5 * std::exp(-i / 40); }),
        100, 300, false},
       {"white noise", series(2000, 1, 0.1, 3), 0, 100, false},
@@ -111,6 +112,7 @@ TEST(Convergence, MserCutsWhereTheStartEnds) {
       {"slow decay", series(2000, 1, 0.01, 5, [](double i) { return std::exp(-i / 1000); }), 800,
        1000, true},
       {"3 batches", Values(15, 1.0), 0, 0, false},
+      {"4 batches", {3, 3, 3, 3, 3, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1}, 5, 5, false},
   };
   for (const auto& c : cases) {
     const convergence::TransientCut cut = convergence::findTransientEnd(c.values);
