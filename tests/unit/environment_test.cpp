@@ -61,7 +61,7 @@ std::vector<std::string> split(const char* text) {  // at ';'
 TEST(RegistryFile, SectionsValuesCommentsCaseAndJunk) {
   const RegistryFile file = RegistryFile::parse(
       "VALUE=before any section\n; comment\n# comment\n[unclosed section\n"
-      "[dune71]\r\n  TALVIK_DIR =  /opt/x=y  \r\nDriver=x11 ; kept\n"
+      "[dune71]\r\n  TALVIK_DIR =  /opt/x=y  \r\nDriverZ=x11 ; kept\n"
       "no equals sign\n=no name\ngarbage \x01\x02\nEMPTY=\n\n"
       "[HKEY_LOCAL_MACHINE\\Software\\Talvik\\DUNE_MARINE71]\ntalvik_dir=/m\n[empty]");
   const struct {
@@ -71,7 +71,7 @@ TEST(RegistryFile, SectionsValuesCommentsCaseAndJunk) {
   } cases[] = {
       {"dune71", "TALVIK_DIR", "/opt/x=y"},
       {"HKEY_LOCAL_MACHINE\\DUNE71", " talvik_dir", "/opt/x=y"},
-      {"dune71", "DRIVER", "x11 ; kept"},
+      {"dune71", "driverz", "x11 ; kept"},
       {"dune71", "EMPTY", ""},
       {"dune71", "VALUE", std::nullopt},
       {"Software\\TALVIK\\dune_marine71", "TALVIK_DIR", "/m"},

@@ -68,23 +68,29 @@ TEST_F(WatchCsvFiles, WrittenWholeAndReplacedAtEachRefreshOfTheCurve) {
 }
 
 TEST_F(WatchCsvFiles, AFileThatCannotBeWrittenIsToldOnceUntilItCanBeAgain) {
-  fs::create_directories(folder_ / "csv" / "ship" / "Fx_hull.csv" / "in the way");
-  ConsoleCapture console;
-  const watch::ComputationReport computation = computationWith({1}, {2});
-  const std::string told = "monitor-watch: cannot write " +
-                           (folder_ / "csv" / "ship" / "Fx_hull.csv").string() +
+  const fs::path folder = folder_ / "csv" / "ship";
+  const std::string told = "monitor-watch: cannot write " + (folder / "Fx_hull.csv").string() +
                            "; the watch goes on without it\n";
+  const watch::ComputationReport computation = computationWith({1}, {2});
+  ConsoleCapture console;
+  // A file where the folder should be, then a folder where the file should be.
+  fs::create_directories(folder_ / "csv");
+  ScratchFolder::write("csv/ship", "");
   save({&computation});
   save({&computation});
   EXPECT_EQ(console.text(), told);
-  fs::remove_all(folder_ / "csv" / "ship" / "Fx_hull.csv");
+  fs::remove(folder);
   save({&computation});
   EXPECT_EQ(written(), "abscissa,value\n1,2\n");
-  fs::remove(folder_ / "csv" / "ship" / "Fx_hull.csv");
-  fs::create_directories(folder_ / "csv" / "ship" / "Fx_hull.csv" / "in the way");
+  fs::remove(folder / "Fx_hull.csv");
+  fs::create_directories(folder / "Fx_hull.csv" / "in the way");
   save({&computation});
   EXPECT_EQ(console.text(), told + told);
-  EXPECT_EQ(fs::directory_iterator(folder_ / "csv" / "ship")->path().filename(), "Fx_hull.csv");
+  EXPECT_EQ(fs::directory_iterator(folder)->path().filename(), "Fx_hull.csv");
+  // More residual files than computations read.
+  watch::CsvFiles(folder_ / "two", {"a.res", "b.res"})
+      .write(std::vector<const watch::ComputationReport*>{&computation});
+  EXPECT_TRUE(fs::exists(folder_ / "two" / "a" / "Fx_hull.csv"));
 }
 
 }  // namespace
