@@ -11,61 +11,47 @@
 namespace {
 
 using Strings = std::vector<std::string>;
-using watch::CurveChoice;
-using watch::NamedCurve;
-
-std::vector<NamedCurve> curvesNamed(const Strings& names) {
-  std::vector<NamedCurve> curves;
-  for (const std::string& name : names) curves.push_back({name, false, nullptr});
-  return curves;
-}
+using convergence::State;
 
 TEST(WatchSelection, ShownCurvesInTheOrderAskedThenAwaitedOnes) {
-  const std::vector<NamedCurve> curves = curvesNamed({"ResU", "Fx_hull", "X_hull", "mean"});
+  std::vector<watch::NamedCurve> curves;
+  for (const char* name : {"ResU", "Fx_hull", "X_hull", "mean"})
+    curves.push_back({name, false, nullptr});
   const struct {
-    CurveChoice choice;
-    Strings selected;
-    std::vector<bool> shown;
+    watch::CurveChoice choice;
+    std::string selected;  // name, then * when shown
     Strings missing;
   } cases[] = {
-      {{{}, {}}, {"ResU", "Fx_hull", "X_hull", "mean"}, {true, true, true, true}, {}},
-      {{{}, {"Fx_hull"}}, {"ResU", "Fx_hull", "X_hull", "mean"}, {true, true, true, true}, {}},
-      {{{"X_hull", "ResU"}, {}}, {"X_hull", "ResU"}, {true, true}, {}},
-      {{{"X_hull", "X_hull"}, {"X_hull"}}, {"X_hull"}, {true}, {}},
-      {{{"ResU"}, {"mean", "Fz_hull"}}, {"ResU", "mean"}, {true, false}, {"Fz_hull"}},
-      {{{"nothing", "ResU"}, {"nothing"}}, {"ResU"}, {true}, {"nothing"}},
+      {{{}, {}}, "ResU* Fx_hull* X_hull* mean* ", {}},
+      {{{}, {"Fx_hull"}}, "ResU* Fx_hull* X_hull* mean* ", {}},
+      {{{"X_hull", "ResU"}, {}}, "X_hull* ResU* ", {}},
+      {{{"X_hull", "X_hull"}, {"X_hull"}}, "X_hull* ", {}},
+      {{{"ResU"}, {"mean", "Fz_hull"}}, "ResU* mean ", {"Fz_hull"}},
+      {{{"nothing", "ResU"}, {"nothing"}}, "ResU* ", {"nothing"}},
   };
   for (const auto& c : cases) {
-    Strings selected;
-    std::vector<bool> shown;
+    std::string selected;
     for (const watch::SelectedCurve& s : watch::selectCurves(curves, c.choice)) {
-      selected.push_back(s.curve->name);
-      shown.push_back(s.shown);
+      selected += s.curve->name + (s.shown ? "* " : " ");
     }
     EXPECT_EQ(selected, c.selected);
-    EXPECT_EQ(shown, c.shown);
-    EXPECT_EQ(watch::namesMissing(curves, c.choice), c.missing);
+    EXPECT_EQ(watch::namesMissing(curves, c.choice), c.missing) << c.selected;
   }
 }
 
 TEST(WatchSelection, AwaitedCurvesMustConvergeInEveryComputation) {
-  const auto report = [](std::vector<std::pair<std::string, convergence::State>> curves) {
+  const auto report = [](std::vector<std::pair<std::string, State>> curves) {
     watch::ComputationReport computation;
     for (const auto& [name, state] : curves) {
-      watch::CurveReport curve;
-      curve.name = name;
-      curve.verdict.state = state;
-      computation.curves.push_back(std::move(curve));
+      computation.curves.emplace_back().name = name;
+      computation.curves.back().verdict.state = state;
     }
     return computation;
   };
-  using convergence::State;
-  const watch::ComputationReport both =
-      report({{"Fx_hull", State::converged}, {"ResU", State::converged}});
-  const watch::ComputationReport oneWide =
-      report({{"Fx_hull", State::converged}, {"ResU", State::wide}});
-  const watch::ComputationReport withoutResU = report({{"Fx_hull", State::converged}});
-  const watch::ComputationReport notLoaded = report({});
+  const auto both = report({{"Fx_hull", State::converged}, {"ResU", State::converged}});
+  const auto oneWide = report({{"Fx_hull", State::converged}, {"ResU", State::wide}});
+  const auto withoutResU = report({{"Fx_hull", State::converged}});
+  const auto notLoaded = report({});
   const struct {
     std::vector<const watch::ComputationReport*> computations;
     Strings awaited;
@@ -77,7 +63,8 @@ TEST(WatchSelection, AwaitedCurvesMustConvergeInEveryComputation) {
       {{&both, &notLoaded}, {"Fx_hull"}, false}, {{}, {"Fx_hull"}, false},
   };
   for (const auto& c : cases) {
-    EXPECT_EQ(watch::allAwaitedConverged(c.computations, c.awaited), c.converged);
+    EXPECT_EQ(watch::allAwaitedConverged(c.computations, c.awaited), c.converged)
+        << c.computations.size() << " " << c.awaited.back();
   }
 }
 
