@@ -113,14 +113,6 @@ bool ChildProcess::waitFor(const std::function<bool(const std::string&)>& ready,
   return true;
 }
 
-bool ChildProcess::waitForLines(std::size_t count, std::chrono::milliseconds timeout) {
-  return waitFor(
-      [count](const std::string& text) {
-        return std::ranges::count(text, '\n') >= static_cast<long>(count);
-      },
-      timeout);
-}
-
 void ChildProcess::writeInput(std::string_view text) {
   if (text.empty()) return closeDescriptor(input_);
   [[maybe_unused]] const ssize_t ignored = ::write(input_, text.data(), text.size());
@@ -155,12 +147,6 @@ void writeFile(const fs::path& path, std::string_view text) {
   std::ofstream out(path, std::ios::binary | std::ios::trunc);
   out << text;
   if (!out) throw std::runtime_error("cannot write " + path.string());
-}
-
-std::string bannerThen(const std::vector<std::string>& lines) {
-  std::string text(kBanner);
-  for (const std::string& line : lines) text += line + "\n";
-  return text;
 }
 
 Installation::Installation(const std::string& folder) : folder_(folder) {

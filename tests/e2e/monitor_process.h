@@ -40,7 +40,6 @@ class ChildProcess {
   // ended first or `timeout` passed.
   bool waitFor(const std::function<bool(const std::string&)>& ready,
                std::chrono::milliseconds timeout);
-  bool waitForLines(std::size_t count, std::chrono::milliseconds timeout);
   void writeInput(std::string_view text);  // empty: closes standard input
   void sendSignal(int number);
   // Collects output until the child ends; false, after killing it, when it
@@ -109,6 +108,10 @@ class Installation {
 void writeFile(const std::filesystem::path& path, std::string_view text);
 
 // The banner followed by `lines`, each ended by a line end.
-std::string bannerThen(const std::vector<std::string>& lines);
+inline std::string bannerThen(const std::vector<std::string>& lines) {
+  std::string text(kBanner);
+  for (const std::string& line : lines) text += line + "\n";
+  return text;
+}
 
 }  // namespace e2e

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cstring>
+#include <sstream>
 
 #include "monitor_process.h"
 
@@ -16,32 +17,17 @@ TEST(TclSession, ArgumentsLocationsAndTheFileCommand) {
   Installation installation;
   const std::string root = installation.root().string();
   const std::string home = installation.home().string();
-  const std::pair<std::string, std::string> variables[] = {
-      {"QV_VERSION", "71"},
-      {"TALVIK_DIR", root},
-      {"DRIVER", "opengl"},
-      {"GMX_REVERSEVIDEO", "on"},
-      {"HOME", home},
-      {"TMP_DIR", home + "/.talvik/tmp/"},
-      {"TCL_PATH", root + "/_tcl"},
-      {"TCL_LIBRARY", root + "/_tcl/_system/tcl8.4"},
-      {"TK_LIBRARY", root + "/_tcl/_system/tk8.4"},
-      {"TIX_LIBRARY", root + "/_tcl/_system/tix8.4"},
-      {"BLT_LIBRARY", root + "/_tcl/_system/blt2.4"},
-      {"PLOTVU_PATH", root},
-      {"QV_VERSIONS_DIR", installation.base().string() + "/apps"},
-      {"VORTAXE_DIR", root + "/bin"},
-      {"GMX_EXE", root + "/bin/gmx"},
-      {"GRA_EXE", root + "/bin/monitor"},
-      {"VTX_EXE", root + "/bin/vortaxe"},
-      {"PLV_EXE", root + "/bin/plotvu"},
-      {"TURNKEY_INP_PATH", ""},
-      {"PYTHONPATH", root + "/python64"},
-      {"ONLINEHELPDUNE_DIR", root + "/html/online_help/dune/"},
-      {"ONLINEHELPGMX_DIR", root + "/html/online_help/gmx/"},
-      {"ONLINEHELPVEXO_DIR", root + "/html/online_help/vexo/"},
-      {"ONLINEHELPPLOTVU_DIR", root + "/html/online_help/plotvu/"},
-  };
+  // What the scripts find in env(): "@" stands for the installation's root, "^" for its parent, "~"
+  // for HOME.
+  std::istringstream variables(
+      "QV_VERSION=71 TALVIK_DIR=@ DRIVER=opengl GMX_REVERSEVIDEO=on HOME=~ TMP_DIR=~/.talvik/tmp/ "
+      "TCL_PATH=@/_tcl TCL_LIBRARY=@/_tcl/_system/tcl8.4 TK_LIBRARY=@/_tcl/_system/tk8.4 "
+      "TIX_LIBRARY=@/_tcl/_system/tix8.4 BLT_LIBRARY=@/_tcl/_system/blt2.4 PLOTVU_PATH=@ "
+      "QV_VERSIONS_DIR=^ VORTAXE_DIR=@/bin GMX_EXE=@/bin/gmx GRA_EXE=@/bin/monitor "
+      "VTX_EXE=@/bin/vortaxe PLV_EXE=@/bin/plotvu TURNKEY_INP_PATH= PYTHONPATH=@/python64 "
+      "ONLINEHELPDUNE_DIR=@/html/online_help/dune/ ONLINEHELPGMX_DIR=@/html/online_help/gmx/ "
+      "ONLINEHELPVEXO_DIR=@/html/online_help/vexo/ "
+      "ONLINEHELPPLOTVU_DIR=@/html/online_help/plotvu/");
   // A socket file exists and passes a permission test, but cannot be opened.
   const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
   sockaddr_un address{AF_UNIX, {}};
@@ -56,9 +42,15 @@ TEST(TclSession, ArgumentsLocationsAndTheFileCommand) {
       "show argv \"$argc [llength $argv] <[join $argv ><]> $argv0\"\n";
   std::vector<std::string> expected = {"argv: 5 5 <two words><{open><close}><><$HOME[exit 3]\\> " +
                                        root + "/bin/monitor"};
-  for (const auto& [name, value] : variables) {
-    script += "show " + name + " $env(" + name + ")\n";
-    expected.push_back(name + ": " + value);
+  for (std::string variable; variables >> variable;) {
+    const std::string name = variable.substr(0, variable.find('='));
+    script += "puts \"" + name + "=$env(" + name + ")\"\n";
+    for (const auto& [mark, path] :
+         {std::pair{'@', root}, {'~', home}, {'^', installation.base().string() + "/apps"}}) {
+      if (const auto at = variable.find(mark); at != std::string::npos)
+        variable.replace(at, 1, path);
+    }
+    expected.push_back(variable);
   }
   script += R"tcl(show exported [exec /bin/sh -c {echo "$QV_VERSION|$TALVIK_DIR|$GRA_EXE|$DRIVER"}]
 show readable "[file readable {data file.txt}] [file readable missing] [file readable .] [file readable s] [::original_file_18112015 readable s] [file readable] [llength [chan names file*]]"

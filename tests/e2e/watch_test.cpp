@@ -3,13 +3,13 @@
 // standard error, and each way it ends.
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <stdlib.h>
 
 #include <algorithm>
 #include <fstream>
 #include <set>
 
 #include "../unit/json_reader.h"
+#include "../unit/scratch_folder.h"
 #include "monitor_process.h"
 
 namespace e2e {
@@ -21,15 +21,8 @@ using Clock = std::chrono::steady_clock;
 
 const std::string kStamp = "21/11/2026 14:05:09";
 
-class Watch : public testing::Test {
+class Watch : public ScratchFolder {
  protected:
-  Watch() {
-    std::string pattern = (fs::temp_directory_path() / "monitor-watch-e2e-XXXXXX").string();
-    if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("mkdtemp");
-    folder_ = pattern;
-  }
-  ~Watch() override { fs::remove_all(folder_); }
-
   std::string residual() const { return (folder_ / "case" / "ship.res").string(); }
 
   // The same stamp and seed every time, so that a later run takes up what an
@@ -47,6 +40,10 @@ class Watch : public testing::Test {
   static std::unique_ptr<ChildProcess> watch(const Strings& arguments) {
     return std::make_unique<ChildProcess>(MONITOR_WATCH_BINARY, Launch{arguments});
   }
+  static bool waitForLines(ChildProcess& watcher, long count) {
+    return watcher.waitFor(
+        [count](const std::string& out) { return std::ranges::count(out, '\n') >= count; }, 10s);
+  }
 
   // The first computation of every line of standard output.
   static std::vector<testjson::Value> computations(const ChildProcess& watcher) {
@@ -60,15 +57,13 @@ class Watch : public testing::Test {
       if (found["name"].text == name) return found;
     throw std::out_of_range("no curve " + name);
   }
-
-  fs::path folder_;
 };
 
 TEST_F(Watch, JsonLinesFollowARunAsItGrowsThenStall) {
   writeCase({"--iterations", "20"});
   const auto watcher = watch({"--json", "--every", "0.1", "--stall", "1.5", "--curves",
                               "ResU,Fx_hull,FxDyn_hull,X_hull,Thrust2,Heave force", residual()});
-  ASSERT_TRUE(watcher->waitForLines(1, 10s)) << watcher->errors();
+  ASSERT_TRUE(waitForLines(*watcher, 1)) << watcher->errors();
   const auto live =
       solver({"--iterations", "20", "--append", "0", "--live", "1", "--interval", "40"});
   ASSERT_TRUE(live->finish(20s));
@@ -81,12 +76,12 @@ TEST_F(Watch, JsonLinesFollowARunAsItGrowsThenStall) {
   EXPECT_EQ(watcher->exitStatus(), 3) << "ended by --stall once the solver stopped";
   const std::vector<testjson::Value> lines = computations(*watcher);
   ASSERT_GE(lines.size(), 3u);
+  EXPECT_EQ(lines.back()["stamp"].text, kStamp);
+  EXPECT_EQ(lines.back()["mode"].text, "marine");
+  EXPECT_EQ(lines.back()["path"].text, residual());
   for (const auto& [line, iterations] : {std::pair{lines.front(), 20}, {lines.back(), total}}) {
     SCOPED_TRACE(iterations);
     EXPECT_EQ(line["rows"].number, iterations);
-    EXPECT_EQ(line["stamp"].text, kStamp);
-    EXPECT_EQ(line["mode"].text, "marine");
-    EXPECT_EQ(line["path"].text, residual());
     for (const auto& [name, points] : {std::pair{"ResU", iterations},
                                        {"Fx_hull", iterations},
                                        {"FxDyn_hull", iterations / 5},
@@ -112,7 +107,7 @@ TEST_F(Watch, ARestartedRunStartsTheCurvesOver) {
   writeCase({"--iterations", "30"});
   const auto watcher =
       watch({"--json", "--every", "0.1", "--stall", "2.5", "--curves", "Fx_hull", residual()});
-  ASSERT_TRUE(watcher->waitForLines(1, 10s)) << watcher->errors();
+  ASSERT_TRUE(waitForLines(*watcher, 1)) << watcher->errors();
   // A second later the stand-in starts the case again: a new stamp, every
   // file from its top, 10 iterations.
   ASSERT_TRUE(solver({"--iterations", "30", "--append", "0", "--restart"})->finish(20s));
@@ -140,7 +135,7 @@ TEST_F(Watch, UntilConvergedEndsWithZeroWhileTheSolverRuns) {
   const auto watcher =
       watch({"--json", "--every", "0.1", "--formula", "level=1", "--curves", "level,Fx_hull",
              "--until-converged", "level", "--timeout", "60", residual()});
-  ASSERT_TRUE(watcher->waitForLines(1, 10s)) << watcher->errors();
+  ASSERT_TRUE(waitForLines(*watcher, 1)) << watcher->errors();
   const auto live = solver(
       {"--steady", "--iterations", "60", "--append", "0", "--live", "30", "--interval", "20"});
   ASSERT_TRUE(watcher->finish(40s));
@@ -160,43 +155,33 @@ TEST_F(Watch, UntilConvergedEndsWithZeroWhileTheSolverRuns) {
 TEST_F(Watch, DeadlinesWakeTheWatchWithTheirStatus) {
   writeCase({"--iterations", "20"});
   // Both deadlines come before the next refresh would.
-  const struct {
-    const char* name;
-    Strings arguments;
-    int status;
-  } cases[] = {
-      {"timeout", {"--json", "--until-converged", "ResU", "--timeout", "0.5"}, 2},
-      {"stall", {"--stall", "0.5"}, 3},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
-    Strings arguments = c.arguments;
+  // Both deadlines come before the next refresh would, which they bring.
+  for (const auto& [status, deadline] :
+       {std::pair{2, Strings{"--until-converged", "ResU", "--timeout", "0.5"}},
+        {3, Strings{"--stall", "0.5"}}}) {
+    SCOPED_TRACE(status);
+    Strings arguments = deadline;
     arguments.insert(arguments.end(), {"--every", "30", "--curves", "ResU", residual()});
     const Clock::time_point started = Clock::now();
     const auto watcher = watch(arguments);
     ASSERT_TRUE(watcher->finish(20s));
-    EXPECT_EQ(watcher->exitStatus(), c.status) << watcher->errors();
+    EXPECT_EQ(watcher->exitStatus(), status) << watcher->errors();
     EXPECT_GE(Clock::now() - started, 500ms);
     EXPECT_LT(Clock::now() - started, 10s);
-    // The first refresh and the one at the deadline.
+    // The table at the first refresh and at the deadline, without the codes
+    // that rewrite a terminal's screen.
     const std::vector<std::string> lines = watcher->outputLines();
-    if (c.status == 2) {
-      ASSERT_EQ(lines.size(), 2u);
-      EXPECT_EQ(curve(computations(*watcher).back(), "ResU")["verdict"].text, "short");
-    } else {
-      // The table, without the codes that rewrite a terminal's screen.
-      const std::string title = residual() + " (marine, run of " + kStamp + ", 20 rows)";
-      EXPECT_EQ(std::count(lines.begin(), lines.end(), title), 2) << watcher->output();
-      EXPECT_EQ(watcher->output().find('\x1b'), std::string::npos);
-    }
+    const std::string title = residual() + " (marine, run of " + kStamp + ", 20 rows)";
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), title), 2) << watcher->output();
+    EXPECT_EQ(watcher->output().find('\x1b'), std::string::npos);
   }
 }
 
 TEST_F(Watch, WhatItSaysAtOnceAndItsStatus) {
   writeCase({"--iterations", "5"});
   const std::string missing = (folder_ / "nowhere" / "ship.res").string();
-  const std::string text = (folder_ / "notes.res").string();
-  std::ofstream(text) << "these are notes\n";
+  const std::string text = pathOf("notes.res");
+  write("notes.res", "these are notes\n");
   const std::string stage = std::string(MONITOR_EXAMPLES_DIR) + "/turbo/stage.res";
   const struct {
     Strings arguments;
@@ -243,7 +228,7 @@ TEST_F(Watch, StopSignalsEndItCleanlyWithTheLastStateWritten) {
     const fs::path csv = folder_ / ("csv-" + std::to_string(signal));
     const auto watcher = watch({"--json", "--every", "0.1", "--csv", csv.string(), "--curves",
                                 "ResU,Fx_hull", residual()});
-    ASSERT_TRUE(watcher->waitForLines(3, 10s)) << watcher->errors();
+    ASSERT_TRUE(waitForLines(*watcher, 3)) << watcher->errors();
     watcher->sendSignal(signal);
     ASSERT_TRUE(watcher->finish(10s));
     EXPECT_EQ(watcher->exitStatus(), status) << "ended by its own exit, not by the signal";
