@@ -15,17 +15,24 @@ const std::string kMissingKey =
 
 TEST(Startup, ScriptOutputFollowsTheBannerAndQuitEndsTheEventThatCalledIt) {
   Installation installation;
-  // Called while the start-up script runs, quit is undone when the loop starts.
+  // Called while the start-up script runs, quit is undone when the loop
+  // starts. A failing script is reported as Tcl left errorInfo (the line added
+  // afterwards is seen only by later readers), and the loop goes on.
   writeFile(installation.turboScript(),
             "itf_quit_command\n"
             "puts \"first line of the script\"\n"
-            "after 100 {itf_quit_command; puts \"rest of the quitting event\"}\n"
+            "after 100 {puts \"errorInfo later: $errorInfo\"; itf_quit_command; puts \"rest\"}\n"
             "after 1500 {puts \"a later event\"}\n"
             "puts -nonewline \"no line end yet, \"\n"
-            "puts \"now one\"\n");
+            "puts \"now one\"\n"
+            "error boom\n");
+  const std::string where = "    (file \"" + installation.turboScript().string() + "\" line 7)";
   const RunResult result = installation.run();
-  EXPECT_EQ(result.output, bannerThen({"first line of the script", "no line end yet, now one",
-                                       "rest of the quitting event"}));
+  EXPECT_EQ(result.output,
+            bannerThen({"first line of the script", "no line end yet, now one", " TCL ERROR 7 boom",
+                        "boom", "    while executing", "\"error boom\"", where,
+                        "errorInfo later: boom", "    while executing", "\"error boom\"", where,
+                        " {\"while\" body line 7}", "rest"}));
   EXPECT_EQ(result.errors, "");
   EXPECT_EQ(result.exitStatus, 1);
 }
@@ -73,53 +80,30 @@ TEST(Startup, TheVersionTagChoosesTheModeAndItsScript) {
 
 TEST(Startup, EndingsBeforeTheLoopAndTheirStatus) {
   Installation installation;
-  const std::string script = installation.turboScript().string();
   const std::string refusal = " -batch mode not supported \n";
-  const std::string where = "    (file \"" + script + "\" line 3)";
+  const std::optional<std::string> none;
   const struct {
     const char* name;
-    bool registered;
     RunOptions options;
-    std::string script;
     std::string output;
-    int status;
   } cases[] = {
       // The program name is scanned too; nothing of the session is built.
       {"batch",
-       true,
-       {{"x", "-batch", "-BATCH", "--batch"}, "-batch", {{"DISPLAY", std::nullopt}}},
-       "",
-       refusal + refusal + std::string(kBanner),
-       0},
+       {{"x", "-batch", "-BATCH", "--batch"}, "-batch", {{"DISPLAY", none}}},
+       refusal + refusal + std::string(kBanner)},
       // The refusal comes before the installation is looked up.
-      {"batch unregistered", false, {{"-batch"}}, "", refusal + kMissingKey, 0},
+      {"batch unregistered",
+       {{"-batch"}, none, {{"TALVIK_REGISTRY", installation.base().string() + "/none"}}},
+       refusal + kMissingKey},
       // Tk leaves errorInfo empty: the report's second line is empty.
       {"no display",
-       true,
-       {{}, {}, {{"DISPLAY", std::nullopt}}},
-       "",
-       bannerThen({" TK ERROR no display name and no $DISPLAY environment variable", ""}),
-       0},
-      // The report shows errorInfo as Tcl left it; the line added afterwards is
-      // seen only by later readers. The loop goes on.
-      {"failing script",
-       true,
-       {},
-       "puts \"before the error\"\n"
-       "after 300 {puts \"errorInfo later: $errorInfo\"; itf_quit_command}\n"
-       "error boom\nputs \"after the error\"\n",
-       bannerThen({"before the error", " TCL ERROR 3 boom", "boom", "    while executing",
-                   "\"error boom\"", where, "errorInfo later: boom", "    while executing",
-                   "\"error boom\"", where, " {\"while\" body line 3}"}),
-       1},
-  };
+       {{}, none, {{"DISPLAY", none}}},
+       bannerThen({" TK ERROR no display name and no $DISPLAY environment variable", ""})}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
-    installation.writeRegistry(c.registered ? installation.registrySection("dune71") : "");
-    writeFile(script, c.script + "after 100 itf_quit_command\n");
     const RunResult result = installation.run(c.options);
     EXPECT_EQ(result.output, c.output);
-    EXPECT_EQ(result.exitStatus, c.status);
+    EXPECT_EQ(result.exitStatus, 0);
   }
 }
 

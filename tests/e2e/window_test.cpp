@@ -52,6 +52,8 @@ proc exact {} {
   }
   return yes
 }
+proc slurp {file} { set in [open $file rb]; set text [read $in]; close $in; return $text }
+proc spill {file access text} { set out [open $file $access]; puts -nonewline $out $text; close $out }
 proc show {items} {
   [::monwin::tree] selection set $items
   ::monwin::selectionChanged
@@ -118,9 +120,7 @@ proc run {} {
   show [lrange $items 0 1]
   foreach format {csv png ps} {
     plotpanel::export $panel $format [file join $case graph.$format]
-    set in [open [file join $case graph.$format] rb]
-    set exported($format) [read $in]
-    close $in
+    set exported($format) [slurp [file join $case graph.$format]]
   }
   set csv [split [string trimright $exported(csv) \n] \n]
   say "csv: [llength $csv] lines: [join [lrange $csv 0 1] |] ... [lindex $csv end]"
@@ -176,25 +176,8 @@ TEST(TurbomachineryWindow, FollowsAGrowingFileThenItsRewrite) {
   const Lines said = runScenario(installation, kTurboWindow,
                                  "set res {" + (folder / "stage.res").string() + R"tcl(}
 openWindow
-# Appends copies of the last record; the last of them may be cut 40
-# characters before its end and completed later.
-proc appendRecords {count {cut 0}} {
-  global res pendingEnd
-  set in [open $res]
-  set last [lindex [split [string trimright [read $in] \n] \n] end]
-  close $in
-  set text ""
-  for {set i 1} {$i <= $count} {incr i} {
-    append text [format %6d [expr {[lindex $last 0] + $i}]] [string range $last 6 end] \n
-  }
-  set cutAt [expr {[string length $text] - ($cut ? 40 : 0)}]
-  set pendingEnd [string range $text $cutAt end]
-  set out [open $res a]
-  puts -nonewline $out [string range $text 0 $cutAt-1]
-  close $out
-}
 proc run {} {
-  global res pendingEnd
+  global res
   opened
   say "first view: [panels]; [panelNames]"
   set p [lindex $::turbowin::projects 0]
@@ -203,12 +186,14 @@ proc run {} {
   show $items
   counts start $items
   say "x axis: [[plotpanel::graph [::monwin::panel]] axis cget x -title]"
-  appendRecords 3 1
+  # Three copies of the last record, the last one cut 40 characters before its end.
+  set last [lindex [split [string trimright [slurp $res] \n] \n] end]
+  set text ""
+  foreach i {1 2 3} { append text [format %6d [expr {[lindex $last 0] + $i}]] [string range $last 6 end] \n }
+  spill $res a [string range $text 0 end-40]
   refresh
   counts cut $items
-  set out [open $res a]
-  puts -nonewline $out $pendingEnd
-  close $out
+  spill $res a [string range $text end-39 end]
   refresh
   counts completed $items
   say "exact: [exact]"
@@ -218,12 +203,7 @@ proc run {} {
   set first [lindex [::monwin::shownCurves] 0]
   say "work units: [curves::length $first] points from [format %.15g [lindex [curves::values $first 0 0] 0 0]]; [[plotpanel::graph [::monwin::panel]] axis cget x -title]"
   # The solver starts over: the header and the first 10 records again.
-  set in [open $res]
-  set lines [split [read $in] \n]
-  close $in
-  set out [open $res w]
-  puts $out [join [lrange $lines 0 19] \n]
-  close $out
+  spill $res w [join [lrange [split [slurp $res] \n] 0 19] \n]\n
   refresh
   counts rewritten $items
   say "exact: [exact]; status: $::monwin::status"
