@@ -7,7 +7,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
@@ -41,24 +40,21 @@ ChildProcess::ChildProcess(const std::string& program, const Launch& launch) {
   std::vector<std::string> arguments = {launch.argv0.value_or(program)};
   arguments.insert(arguments.end(), launch.arguments.begin(), launch.arguments.end());
   std::vector<std::string> environment = launch.environment.value_or(std::vector<std::string>{});
-  std::vector<char*> argv = pointersTo(arguments);
-  std::vector<char*> envp = pointersTo(environment);
+  std::vector<char*> argv = pointersTo(arguments), envp = pointersTo(environment);
   int pipes[3][2];
   for (auto& ends : pipes) {
     if (::pipe2(ends, O_CLOEXEC) != 0) throw std::system_error(errno, std::generic_category());
   }
   pid_ = ::fork();
-  if (pid_ < 0) throw std::system_error(errno, std::generic_category(), "fork");
   if (pid_ == 0) {
     ::signal(SIGPIPE, SIG_DFL);
     if (!launch.folder.empty() && ::chdir(launch.folder.c_str()) != 0) ::_exit(126);
-    ::dup2(pipes[0][0], STDIN_FILENO);
-    ::dup2(pipes[1][1], STDOUT_FILENO);
-    ::dup2(pipes[2][1], STDERR_FILENO);
+    for (int stream : {0, 1, 2}) ::dup2(pipes[stream][stream == 0 ? 0 : 1], stream);
     ::execve(program.c_str(), argv.data(), launch.environment ? envp.data() : environ);
     ::_exit(127);
   }
   for (int* unused : {&pipes[0][0], &pipes[1][1], &pipes[2][1]}) closeDescriptor(*unused);
+  if (pid_ < 0) throw std::system_error(errno, std::generic_category(), "fork");
   input_ = pipes[0][1];
   outputPipe_ = pipes[1][0];
   errorPipe_ = pipes[2][0];
@@ -74,32 +70,23 @@ ChildProcess::~ChildProcess() {
 
 // Reads what the child writes within 10 ms; reaps it once both streams end.
 void ChildProcess::collect() {
-  pollfd watched[2];
-  std::pair<int*, std::string*> streams[2];
-  nfds_t count = 0;
-  for (auto stream : {std::pair{&outputPipe_, &output_}, std::pair{&errorPipe_, &errors_}}) {
-    if (*stream.first < 0) continue;
-    watched[count] = {*stream.first, POLLIN, 0};
-    streams[count++] = stream;
-  }
-  if (count == 0) {
+  if (outputPipe_ < 0 && errorPipe_ < 0) {
     int status = 0;
-    if (!reaped_ && ::waitpid(pid_, &status, WNOHANG) == pid_) {
-      reaped_ = true;
-      if (WIFEXITED(status)) exitStatus_ = WEXITSTATUS(status);
-    }
-    if (!reaped_) ::usleep(10000);
+    if (::waitpid(pid_, &status, WNOHANG) != pid_) return (void)::usleep(10000);
+    reaped_ = true;
+    if (WIFEXITED(status)) exitStatus_ = WEXITSTATUS(status);
     return;
   }
-  if (::poll(watched, count, 10) <= 0) return;
-  for (nfds_t i = 0; i < count; ++i) {
-    if (watched[i].revents == 0) continue;
+  pollfd watched[] = {{outputPipe_, POLLIN, 0}, {errorPipe_, POLLIN, 0}};  // -1 is not watched
+  if (::poll(watched, 2, 10) <= 0) return;
+  for (auto [descriptor, text] : {std::pair{&outputPipe_, &output_}, {&errorPipe_, &errors_}}) {
+    if (watched[descriptor == &errorPipe_].revents == 0) continue;
     char buffer[4096];
-    const ssize_t read = ::read(*streams[i].first, buffer, sizeof buffer);
+    const ssize_t read = ::read(*descriptor, buffer, sizeof buffer);
     if (read > 0)
-      streams[i].second->append(buffer, static_cast<std::size_t>(read));
+      text->append(buffer, static_cast<std::size_t>(read));
     else if (read == 0 || (errno != EINTR && errno != EAGAIN))
-      closeDescriptor(*streams[i].first);
+      closeDescriptor(*descriptor);
   }
 }
 
@@ -123,15 +110,9 @@ void ChildProcess::sendSignal(int number) {
 }
 
 bool ChildProcess::finish(std::chrono::milliseconds timeout) {
-  const Clock::time_point deadline = Clock::now() + timeout;
-  while (!reaped_) {
-    if (Clock::now() >= deadline) {
-      ::kill(pid_, SIGKILL);
-      return false;  // the destructor reaps it
-    }
-    collect();
-  }
-  return true;
+  waitFor([](const std::string&) { return false; }, timeout);
+  if (!reaped_) ::kill(pid_, SIGKILL);  // the destructor reaps it
+  return reaped_;
 }
 
 std::vector<std::string> ChildProcess::outputLines() const {
@@ -144,9 +125,7 @@ std::vector<std::string> ChildProcess::outputLines() const {
 
 void writeFile(const fs::path& path, std::string_view text) {
   fs::create_directories(path.parent_path());
-  std::ofstream out(path, std::ios::binary | std::ios::trunc);
-  out << text;
-  if (!out) throw std::runtime_error("cannot write " + path.string());
+  std::ofstream(path, std::ios::binary | std::ios::trunc) << text;
 }
 
 Installation::Installation(const std::string& folder) : folder_(folder) {
@@ -177,8 +156,7 @@ std::unique_ptr<ChildProcess> Installation::start(const RunOptions& options) con
   std::map<std::string, std::optional<std::string>> variables = {
       {"TALVIK_REGISTRY", (base_ / "registry").string()},
       {"HOME", home().string()},
-      {"PATH", "/usr/bin:/bin"},
-  };
+      {"PATH", "/usr/bin:/bin"}};
   for (const char* name : {"DISPLAY", "XAUTHORITY"}) {
     if (const char* value = std::getenv(name)) variables[name] = value;
   }
