@@ -66,10 +66,10 @@ const std::string kTurboWindow = MONITOR_TCL_DIR "/_monitorTurbo/itf_init.tcl";
 
 // Runs `scenario` after the helpers; the lines it said, without their marks.
 Lines runScenario(const Installation& installation, const std::string& window,
-                  const std::string& scenario, const std::vector<std::string>& arguments = {}) {
+                  const std::string& scenario, const RunOptions& options = {}) {
   writeFile(window == kMarineWindow ? installation.marineScript() : installation.turboScript(),
             "set windowScript {" + window + "}\n" + kHelpers + scenario);
-  const RunResult result = installation.run({arguments});
+  const RunResult result = installation.run(options);
   EXPECT_EQ(result.exitStatus, 1) << result.output << result.errors;
   EXPECT_EQ(result.output.find("script error"), std::string::npos) << result.output;
   Lines said;
@@ -173,8 +173,8 @@ TEST(TurbomachineryWindow, FollowsAGrowingFileThenItsRewrite) {
   fs::create_directories(folder);
   for (const char* name : {"stage.res", "blade.diag", "blade.prof"})
     fs::copy_file(fs::path(MONITOR_EXAMPLES_DIR) / "turbo" / name, folder / name);
-  const Lines said = runScenario(installation, kTurboWindow,
-                                 "set res {" + (folder / "stage.res").string() + R"tcl(}
+  const Lines said = runScenario(
+      installation, kTurboWindow, "set res {" + (folder / "stage.res").string() + R"tcl(}
 openWindow
 proc run {} {
   global res
@@ -226,8 +226,8 @@ proc run {} {
 }
 runThenQuit itf_quit_command
 )tcl",
-                                 {(folder / "stage.res").string(), (folder / "blade.diag").string(),
-                                  (folder / "blade.prof").string()});
+      {{(folder / "stage.res").string(), (folder / "blade.diag").string(),
+        (folder / "blade.prof").string()}});
   const std::string projects = "1 {" + (folder / "stage.res").string() + "} ";
   // Lift, rms of d in block 1, max of E in block 2, rms of species sp2 in
   // block 1, a diagram curve, a profile curve.
@@ -260,7 +260,7 @@ TEST(Dashboard, ALayoutIsKeptAcrossARestartForItsComputation) {
              fs::copy_options::recursive);
   const auto run = [&](const std::string& computation, const std::string& scenario) {
     return runScenario(installation, kMarineWindow, "openWindow\n" + scenario,
-                       {(installation.work() / computation / "ship.res").string()});
+                       {{(installation.work() / computation / "ship.res").string()}});
   };
   // The example: 6 residuals and the hull's Fx over 60 iterations, its 6
   // motions over 12 time steps.
@@ -311,13 +311,48 @@ runThenQuit ::monwin::quit
                    "reset: " + firstView}));
   EXPECT_EQ(run("b", restore)[0], "restored: " + firstView);
 
+  // A damaged settings file; the folder of the examples as start-up folder.
   const fs::path settings = installation.home() / ".talvik" / "monitor_settings.tcl";
   std::ofstream(settings) << "version 1 window {geometry \"unbalanced";
-  EXPECT_EQ(run("a",
-                "proc run {} {\n  set status $::monwin::status\n  opened\n  say \"[panels]; "
-                "status: $status\"\n}\nrunThenQuit itf_quit_command_KELP\n"),
-            Lines{firstView + "; status: Settings file " + fs::weakly_canonical(settings).string() +
-                  " is damaged; starting from the defaults"});
+  EXPECT_EQ(
+      runScenario(installation, kMarineWindow, R"tcl(
+openWindow
+proc run {} {
+  set status $::monwin::status
+  opened
+  say "[panels]; status: $status"
+  set p [lindex $::marinewin::projects 0]
+  # A plot whose first points are undefined: they stay out, and a refresh
+  # that brings nothing new reads nothing again.
+  set ::marinewin::formula {sqrt(t - 0.3)}
+  set id [::monwin::curveOfItem [::marinewin::item $p custom [::marinewin::addFormula]]]
+  settle
+  set before [curves::get $id fetched]
+  refresh
+  say "sqrt(t - 0.3): [curves::length $id] points; read again: [expr {[curves::get $id fetched] - $before}]"
+  # The steady run beside it: 40 iterations, each with a motion, disk and user row.
+  set s [::marinewin::openComputation steady/ship_steady.res]
+  refresh
+  set items [lmap curve {{resid 0} {force 0 -1 0} {motion 0 0} {disk 0 0} {extra 1}} {::marinewin::item $s {*}$curve}]
+  show $items
+  counts steady $items
+  say "per time step: [[::monwin::tree] exists [::marinewin::item $s conv]]; [[plotpanel::graph [::monwin::panel]] axis cget x -title]"
+  # Closed and opened again, a computation gets a branch of its own.
+  ::marinewin::closeComputation $p
+  set again [::marinewin::openComputation ship.res]
+  refresh
+  set items [list [::marinewin::item $again force 0 -1 0] [::marinewin::item $s force 0 -1 0]]
+  show $items
+  counts "opened again" $items
+  say "branches: [[::monwin::tree] children {}]"
+}
+runThenQuit itf_quit_command_KELP
+)tcl",
+                  {{"-startupdir", (installation.work() / "a").string()}}),
+      (Lines{firstView + "; status: Settings file " + fs::weakly_canonical(settings).string() +
+                 " is damaged; starting from the defaults",
+             "sqrt(t - 0.3): 35 points; read again: 0", "steady: 40 40 40 40 40",
+             "per time step: 0; Nonlinear Iterations", "opened again: 60 40", "branches: p2 p3"}));
 }
 
 }  // namespace
