@@ -345,6 +345,15 @@ proc run {} {
   show $items
   counts "opened again" $items
   say "branches: [[::monwin::tree] children {}]"
+  # A long steady run: its table row shows the verdict, a line marks where the transient ends.
+  exec )tcl" MARINE_SOLVER R"tcl( --out long --steady --iterations 800 --stamp {21/11/2026 14:05:09}
+  set long [::marinewin::openComputation long/ship.res]
+  refresh
+  show [list [::marinewin::item $long force 0 -1 0]]
+  set id [lindex [::monwin::shownCurves] 0]
+  set verdict [monitor_curve verdict [curves::store $id] -confidence 0.95 -tolerance 0.01 -residual 0]
+  set marker [[plotpanel::graph [::monwin::panel]] marker cget transient-$id -coords]
+  say "long: [lrange [[::monwin::panel].stats item $id -values] 5 end]; [dict get $verdict verdict] after [dict get $verdict transientEnd]; marker at [lindex $marker 0]"
 }
 runThenQuit itf_quit_command_KELP
 )tcl",
