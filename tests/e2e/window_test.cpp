@@ -361,7 +361,8 @@ runThenQuit itf_quit_command_KELP
       (Lines{firstView + "; status: Settings file " + fs::weakly_canonical(settings).string() +
                  " is damaged; starting from the defaults",
              "sqrt(t - 0.3): 35 points; read again: 0", "steady: 40 40 40 40 40",
-             "per time step: 0; Nonlinear Iterations", "opened again: 60 40", "branches: p2 p3"}));
+             "per time step: 0; Nonlinear Iterations", "opened again: 60 40", "branches: p2 p3",
+             "long: 221 {-1520 \xB1 0} no {} converged; converged after 221.0; marker at 221.0"}));
 }
 
 }  // namespace
