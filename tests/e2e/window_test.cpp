@@ -148,23 +148,16 @@ runThenQuit itf_quit_command_KELP
   // force rows are whole, its residual row is not.
   EXPECT_EQ(
       said,
-      (Lines{
-          "plot: 0",
-          "x axis: Nonlinear Iterations",
-          "x axis: Time [s]",
-          "start: 10 10 10 10 2 2 2 2 10",
-          "cut: 14 15 15 15 2 2 2 2 15",
-          "completed: 17 17 17 17 3 3 3 3 17",
-          "exact: yes",
-          "statistics: 4 0.213514103 0.261898248 0.00402839994 0.650510013",
-          "csv: 35 lines: curve,x,y|\"ResU \xE2\x80\x94 ship.res\",1.0,0.8486700057983398 ... "
-          "\"Fx hull \xE2\x80\x94 ship.res\",0.20000000298023224,-1885.8480224609375",
-          "png: \x89PNG; ps: %!PS",
-          "missing: 0 drawn",
-          "refused: -1 Unknown function \"foo\"; Unknown variable \"Fx_nothing\"",
-          "restarted: 7 7 7 7 1 1 1 1 7",
-          "exact: yes; status: ship.res: a new run is on the disk; showing it",
-      }));
+      (Lines{"plot: 0", "x axis: Nonlinear Iterations", "x axis: Time [s]",
+             "start: 10 10 10 10 2 2 2 2 10", "cut: 14 15 15 15 2 2 2 2 15",
+             "completed: 17 17 17 17 3 3 3 3 17", "exact: yes",
+             "statistics: 4 0.213514103 0.261898248 0.00402839994 0.650510013",
+             "csv: 35 lines: curve,x,y|\"ResU \xE2\x80\x94 ship.res\",1.0,0.8486700057983398 ... "
+             "\"Fx hull \xE2\x80\x94 ship.res\",0.20000000298023224,-1885.8480224609375",
+             "png: \x89PNG; ps: %!PS", "missing: 0 drawn",
+             "refused: -1 Unknown function \"foo\"; Unknown variable \"Fx_nothing\"",
+             "restarted: 7 7 7 7 1 1 1 1 7",
+             "exact: yes; status: ship.res: a new run is on the disk; showing it"}));
 }
 
 TEST(TurbomachineryWindow, FollowsAGrowingFileThenItsRewrite) {
@@ -232,22 +225,17 @@ runThenQuit itf_quit_command
   // Lift, rms of d in block 1, max of E in block 2, rms of species sp2 in
   // block 1, a diagram curve, a profile curve.
   EXPECT_EQ(said,
-            (Lines{
-                "first view: 300 300 300 300 300 | 300 300 300 300 300 300 300; "
-                "d,wx,wy,wz,E | Lift,Axial thrust,Qmax,Tmax,In,Torque,Out",
-                "start: 300 300 300 300 40 60",
-                "x axis: Iterations",
-                "cut: 302 302 302 302 40 60",
-                "completed: 303 303 303 303 40 60",
-                "exact: yes",
-                "work units: 303 points from 1.26404404640198; Work units",
-                "rewritten: 10 10 10 10 40 60",
-                "exact: yes; status: stage.res: the file was written again; showing the new run",
-                "drawn: 60 10",
-                "branches: r1 b1 b2 r2; " + projects +
-                    "; status: stage.res was named on the command line and stays open",
-                "branches: r1 b1 b2; " + projects + "; status: ",
-            }));
+            (Lines{"first view: 300 300 300 300 300 | 300 300 300 300 300 300 300; "
+                   "d,wx,wy,wz,E | Lift,Axial thrust,Qmax,Tmax,In,Torque,Out",
+                   "start: 300 300 300 300 40 60", "x axis: Iterations",
+                   "cut: 302 302 302 302 40 60", "completed: 303 303 303 303 40 60", "exact: yes",
+                   "work units: 303 points from 1.26404404640198; Work units",
+                   "rewritten: 10 10 10 10 40 60",
+                   "exact: yes; status: stage.res: the file was written again; showing the new run",
+                   "drawn: 60 10",
+                   "branches: r1 b1 b2 r2; " + projects +
+                       "; status: stage.res was named on the command line and stays open",
+                   "branches: r1 b1 b2; " + projects + "; status: "}));
 }
 
 // The window as a dashboard: the first view of the example, a layout of
