@@ -177,7 +177,7 @@ TEST_F(Watch, DeadlinesWakeTheWatchWithTheirStatus) {
 TEST_F(Watch, WhatItSaysAtOnceAndItsStatus) {
   writeCase({"--iterations", "5"});
   const std::string missing = (folder_ / "nowhere" / "ship.res").string();
-  const std::string text = pathOf("notes.res");
+  const std::string notes = pathOf("notes.res");
   write("notes.res", "these are notes\n");
   const std::string stage = std::string(MONITOR_EXAMPLES_DIR) + "/turbo/stage.res";
   // Status 1: nothing on standard output and one line on standard error;
@@ -185,9 +185,9 @@ TEST_F(Watch, WhatItSaysAtOnceAndItsStatus) {
   const std::tuple<Strings, int, std::string> cases[] = {
       {{"--every", "0", residual()}, 1, "--every takes a number of seconds above 0, not \"0\""},
       {{missing}, 1, "no readable computation: " + missing + " cannot be read"},
-      {{text},
+      {{notes},
        1,
-       "no readable computation: " + text +
+       "no readable computation: " + notes +
            " is neither a marine nor a turbomachinery residual file"},
       {{"--marine", missing, missing},
        1,
@@ -201,10 +201,13 @@ TEST_F(Watch, WhatItSaysAtOnceAndItsStatus) {
     const auto watcher = watch(arguments);
     ASSERT_TRUE(watcher->finish(20s));
     EXPECT_EQ(watcher->exitStatus(), status) << text;
-    EXPECT_EQ(status == 1 ? watcher->output() : watcher->errors(), "");
-    if (status == 1) EXPECT_EQ(watcher->errors(), "monitor-watch: " + text + "\n");
-    if (status == 0)
+    if (status == 1) {
+      EXPECT_EQ(watcher->output(), "");
+      EXPECT_EQ(watcher->errors(), "monitor-watch: " + text + "\n");
+    } else {
+      EXPECT_EQ(watcher->errors(), "");
       EXPECT_NE(watcher->output().find(text), std::string::npos) << watcher->output();
+    }
   }
 }
 
