@@ -36,14 +36,12 @@ class ChildProcess {
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
 
-  // Collects output until `ready(standard output)`; false when the child
-  // ended first or `timeout` passed.
+  // Collects output until `ready(standard output)`; false when it ended first or timed out.
   bool waitFor(const std::function<bool(const std::string&)>& ready,
                std::chrono::milliseconds timeout);
   void writeInput(std::string_view text);  // empty: closes standard input
   void sendSignal(int number);
-  // Collects output until the child ends; false, after killing it, when it
-  // does not end within `timeout`.
+  // Collects output until the child ends; false, after killing it, on timeout.
   bool finish(std::chrono::milliseconds timeout);
 
   const std::string& output() const { return output_; }

@@ -17,8 +17,7 @@ TEST(TclSession, ArgumentsLocationsAndTheFileCommand) {
   Installation installation;
   const std::string root = installation.root().string();
   const std::string home = installation.home().string();
-  // What the scripts find in env(): "@" stands for the installation's root, "^" for its parent, "~"
-  // for HOME.
+  // env() as the scripts find it: "@" for the root, "^" for its parent, "~" for HOME.
   std::istringstream variables(
       "QV_VERSION=71 TALVIK_DIR=@ DRIVER=opengl GMX_REVERSEVIDEO=on HOME=~ TMP_DIR=~/.talvik/tmp/ "
       "TCL_PATH=@/_tcl TCL_LIBRARY=@/_tcl/_system/tcl8.4 TK_LIBRARY=@/_tcl/_system/tk8.4 "

@@ -180,8 +180,7 @@ TEST_F(Watch, WhatItSaysAtOnceAndItsStatus) {
   const std::string notes = pathOf("notes.res");
   write("notes.res", "these are notes\n");
   const std::string stage = std::string(MONITOR_EXAMPLES_DIR) + "/turbo/stage.res";
-  // Status 1: nothing on standard output and one line on standard error;
-  // status 0: nothing on standard error.
+  // Status 1: one line on standard error alone; status 0: nothing on it.
   const std::tuple<Strings, int, std::string> cases[] = {
       {{"--every", "0", residual()}, 1, "--every takes a number of seconds above 0, not \"0\""},
       {{missing}, 1, "no readable computation: " + missing + " cannot be read"},

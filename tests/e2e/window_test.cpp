@@ -15,10 +15,9 @@ namespace {
 namespace fs = std::filesystem;
 using Lines = std::vector<std::string>;
 
-// `say` prints a line for the test; `refresh` is one tick of the live refresh,
-// waited for; `counts` says the points held by the curves of tree items;
-// `exact` whether every shown curve holds exactly the points read afresh
-// from its source (none twice, none lost, none from another run).
+// `refresh` is one tick of the live refresh, waited for; `exact` whether every
+// shown curve holds the points read afresh from its source (none twice, none
+// lost, none from another run).
 const std::string kHelpers = R"tcl(
 proc say {text} { puts "> $text" }
 proc runThenQuit {quit} { after 0 [list scenarioThenQuit $quit] }
@@ -142,10 +141,8 @@ proc run {} {
 }
 runThenQuit itf_quit_command_KELP
 )tcl");
-  // Residual, forces of hull and keel, moment of rudder, converged Fx of hull,
-  // a motion, a disk quantity, a user quantity, the custom plot. The
-  // iteration that completes time step 3 is cut in its converged rows: its
-  // force rows are whole, its residual row is not.
+  // The cut iteration completes time step 3: its force rows are whole, its
+  // residual and converged rows are not.
   EXPECT_EQ(
       said,
       (Lines{"plot: 0", "x axis: Nonlinear Iterations", "x axis: Time [s]",
@@ -239,8 +236,9 @@ runThenQuit itf_quit_command
 }
 
 // The window as a dashboard: the first view of the example, a layout of
-// panels and a custom plot kept at quit and brought back after a restart,
-// for that computation only; a damaged settings file.
+// panels and a custom plot kept at quit and brought back after a restart, for
+// that computation only. Then, after a damaged settings file, the example's
+// other computations opened from its folder.
 TEST(Dashboard, ALayoutIsKeptAcrossARestartForItsComputation) {
   Installation installation("dune_marine71");
   for (const char* copy : {"a", "b"})
