@@ -6,10 +6,10 @@
 
 #include <algorithm>
 #include <fstream>
+#include <nlohmann/json.hpp>
 #include <set>
 #include <tuple>
 
-#include "../unit/json_reader.h"
 #include "../unit/scratch_folder.h"
 #include "monitor_process.h"
 
@@ -47,15 +47,15 @@ class Watch : public ScratchFolder {
   }
 
   // The first computation of every line of standard output.
-  static std::vector<testjson::Value> computations(const ChildProcess& watcher) {
-    std::vector<testjson::Value> lines;
+  static std::vector<nlohmann::json> computations(const ChildProcess& watcher) {
+    std::vector<nlohmann::json> lines;
     for (const std::string& line : watcher.outputLines())
-      lines.push_back(testjson::parse(line)["computations"][0]);
+      lines.push_back(nlohmann::json::parse(line)["computations"][0]);
     return lines;
   }
-  static const testjson::Value& curve(const testjson::Value& computation, const std::string& name) {
-    for (const testjson::Value& found : computation["curves"].items)
-      if (found["name"].text == name) return found;
+  static const nlohmann::json& curve(const nlohmann::json& computation, const std::string& name) {
+    for (const nlohmann::json& found : computation["curves"])
+      if (found["name"].get<std::string>() == name) return found;
     throw std::out_of_range("no curve " + name);
   }
 };
@@ -75,26 +75,26 @@ TEST_F(Watch, JsonLinesFollowARunAsItGrowsThenStall) {
 
   ASSERT_TRUE(watcher->finish(20s));
   EXPECT_EQ(watcher->exitStatus(), 3) << "ended by --stall once the solver stopped";
-  const std::vector<testjson::Value> lines = computations(*watcher);
+  const std::vector<nlohmann::json> lines = computations(*watcher);
   ASSERT_GE(lines.size(), 3u);
-  EXPECT_EQ(lines.back()["stamp"].text, kStamp);
-  EXPECT_EQ(lines.back()["mode"].text, "marine");
-  EXPECT_EQ(lines.back()["path"].text, residual());
+  EXPECT_EQ(lines.back()["stamp"].get<std::string>(), kStamp);
+  EXPECT_EQ(lines.back()["mode"].get<std::string>(), "marine");
+  EXPECT_EQ(lines.back()["path"].get<std::string>(), residual());
   for (const auto& [line, iterations] : {std::pair{lines.front(), 20}, {lines.back(), total}}) {
     SCOPED_TRACE(iterations);
-    EXPECT_EQ(line["rows"].number, iterations);
+    EXPECT_EQ(line["rows"].get<double>(), iterations);
     for (const char* name : {"ResU", "Fx_hull"})
-      EXPECT_EQ(curve(line, name)["points"].number, iterations) << name;
+      EXPECT_EQ(curve(line, name)["points"].get<double>(), iterations) << name;
     for (const char* name : {"FxDyn_hull", "X_hull", "Thrust2", "Heave force"})
-      EXPECT_EQ(curve(line, name)["points"].number, iterations / 5) << name;
-    EXPECT_EQ(curve(line, "ResU")["verdict"].text, "short");
-    EXPECT_TRUE(curve(line, "ResU")["mean"].isNull());
+      EXPECT_EQ(curve(line, name)["points"].get<double>(), iterations / 5) << name;
+    EXPECT_EQ(curve(line, "ResU")["verdict"].get<std::string>(), "short");
+    EXPECT_TRUE(curve(line, "ResU")["mean"].is_null());
   }
   // The watch saw the run grow between those ends, never going back.
   std::set<double> rows;
   for (std::size_t i = 1; i < lines.size(); ++i) {
-    EXPECT_GE(lines[i]["rows"].number, lines[i - 1]["rows"].number);
-    rows.insert(lines[i]["rows"].number);
+    EXPECT_GE(lines[i]["rows"].get<double>(), lines[i - 1]["rows"].get<double>());
+    rows.insert(lines[i]["rows"].get<double>());
   }
   EXPECT_GE(rows.size(), 3u);
   // The model's messages go to standard error.
@@ -111,14 +111,14 @@ TEST_F(Watch, ARestartedRunStartsTheCurvesOver) {
   ASSERT_TRUE(solver({"--iterations", "30", "--append", "0", "--restart"})->finish(20s));
   ASSERT_TRUE(watcher->finish(20s));
   EXPECT_EQ(watcher->exitStatus(), 3);
-  const std::vector<testjson::Value> lines = computations(*watcher);
+  const std::vector<nlohmann::json> lines = computations(*watcher);
   ASSERT_GE(lines.size(), 2u);
   const std::string restamp = "21/11/2026 14:05:10";
   for (const auto& [line, stamp, rows] :
        {std::tuple{lines.front(), kStamp, 30}, {lines.back(), restamp, 10}}) {
-    EXPECT_EQ(line["stamp"].text, stamp);
-    EXPECT_EQ(line["rows"].number, rows);
-    EXPECT_EQ(curve(line, "Fx_hull")["points"].number, rows);
+    EXPECT_EQ(line["stamp"].get<std::string>(), stamp);
+    EXPECT_EQ(line["rows"].get<double>(), rows);
+    EXPECT_EQ(curve(line, "Fx_hull")["points"].get<double>(), rows);
   }
   const std::string message = "monitor-watch: " + residual() + ": a new run stamped " + restamp +
                               " replaced the one followed; its curves start over\n";
@@ -139,15 +139,15 @@ TEST_F(Watch, UntilConvergedEndsWithZeroWhileTheSolverRuns) {
   ASSERT_TRUE(watcher->finish(40s));
   EXPECT_EQ(watcher->exitStatus(), 0) << watcher->errors();
   EXPECT_TRUE(live->running()) << "the watch ended while the solver ran";
-  const std::vector<testjson::Value> lines = computations(*watcher);
+  const std::vector<nlohmann::json> lines = computations(*watcher);
   ASSERT_GE(lines.size(), 2u);
-  EXPECT_EQ(curve(lines.front(), "level")["verdict"].text, "short");
-  EXPECT_EQ(curve(lines.front(), "level")["points"].number, 60);
-  const testjson::Value& level = curve(lines.back(), "level");
-  EXPECT_EQ(level["verdict"].text, "converged");
-  EXPECT_GE(level["points"].number, 100);
-  for (const char* field : {"mean", "last"}) EXPECT_EQ(level[field].number, 1.0) << field;
-  EXPECT_EQ(level["halfWidth"].number, 0.0);
+  EXPECT_EQ(curve(lines.front(), "level")["verdict"].get<std::string>(), "short");
+  EXPECT_EQ(curve(lines.front(), "level")["points"].get<double>(), 60);
+  const nlohmann::json& level = curve(lines.back(), "level");
+  EXPECT_EQ(level["verdict"].get<std::string>(), "converged");
+  EXPECT_GE(level["points"].get<double>(), 100);
+  for (const char* field : {"mean", "last"}) EXPECT_EQ(level[field].get<double>(), 1.0) << field;
+  EXPECT_EQ(level["halfWidth"].get<double>(), 0.0);
 }
 
 TEST_F(Watch, DeadlinesWakeTheWatchWithTheirStatus) {
@@ -223,13 +223,14 @@ TEST_F(Watch, StopSignalsEndItCleanlyWithTheLastStateWritten) {
     ASSERT_TRUE(watcher->finish(10s));
     EXPECT_EQ(watcher->exitStatus(), status) << "ended by its own exit, not by the signal";
     ASSERT_TRUE(watcher->output().ends_with('\n')) << "the last line is whole";
-    const testjson::Value last = computations(*watcher).back();
+    const nlohmann::json last = computations(*watcher).back();
     // The CSV files hold the state of the last line: a title, then a line per point.
     for (const char* name : {"ResU", "Fx_hull"}) {
       std::ifstream in(csv / "ship" / (std::string(name) + ".csv"));
       std::size_t count = 0;
       for (std::string line; std::getline(in, line);) ++count;
-      EXPECT_EQ(count, static_cast<std::size_t>(curve(last, name)["points"].number) + 1) << name;
+      EXPECT_EQ(count, static_cast<std::size_t>(curve(last, name)["points"].get<double>()) + 1)
+          << name;
     }
     EXPECT_EQ(std::distance(fs::directory_iterator(csv / "ship"), {}), 2);
   }
