@@ -51,9 +51,7 @@ TEST(FormulaEvaluator, ComputesValuesAndCollectsEachMessageOnce) {
            5 * std::asin(0.5) + 6 * std::acos(0.5) + 7 * std::atan(0.5)},
       {"sinh(t) + 2*cosh(t) + 3*tanh(t) + 4*abs(a-c)",
        std::sinh(0.5) + 2 * std::cosh(0.5) + 3 * std::tanh(0.5) + 4 * 3.0},
-      {"sqrt(-1)", kNaN},
       {"a/sqrt(-1)", kNaN},
-      {"log(0)", -std::numeric_limits<double>::infinity()},
       // A zero divisor makes its product 0 and leaves the rest unread.
       {"a/0*b", 0.0, zero},
       {"a/-0", 0.0, zero},
@@ -89,12 +87,10 @@ TEST(FormulaEvaluator, ComputesValuesAndCollectsEachMessageOnce) {
       const std::string errors = testing::internal::GetCapturedStderr();
       EXPECT_TRUE(value == row.value || (std::isnan(value) && std::isnan(row.value)))
           << row.text.substr(0, 40) << ": " << value;
-      if (row.raised.empty()) {
-        EXPECT_EQ(raised + errors, "") << row.text.substr(0, 40);
-      } else {
-        EXPECT_EQ(raised, "Use of uninitialized variable " + row.raised) << row.text;
-        EXPECT_EQ(errors, "Error: Use of uninitialized variable " + row.raised + "\n") << row.text;
-      }
+      const std::string message = "Use of uninitialized variable " + row.raised;
+      EXPECT_EQ(raised + "|" + errors,
+                row.raised.empty() ? "|" : message + "|Error: " + message + "\n")
+          << row.text.substr(0, 40);
     }
     EXPECT_EQ(collectedErrors(), row.collected) << row.text.substr(0, 40);
   }
