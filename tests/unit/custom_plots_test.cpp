@@ -16,6 +16,7 @@
 
 #include "console_capture.h"
 #include "formula/error_collector.h"
+#include "marine/marine_vars_provider.h"
 #include "marine/project_monitor_marine.h"
 #include "scratch_folder.h"
 #include "solver_simulator/marine_case_writer.h"
@@ -92,6 +93,11 @@ TEST_F(CustomPlotsTest, PointsStandAtTheRecordsOfTheFirstBodysFx) {
     // Motions and per-time-step quantities have one record per time step.
     const auto* heave = &project_->motionBodies().at(0)->motion().values(2);
     ASSERT_EQ(heave->size(), unsteady ? 12u : 60u);
+    const formula::MarineVarsProvider& vars = project_->variables();
+    EXPECT_EQ(vars.GetValue(0, "Fx_hull"), hullFx->front());
+    EXPECT_TRUE(std::isnan(vars.GetValue(-1, "Fx_hull")) &&
+                std::isnan(vars.GetValue(60, "Fx_hull")));
+    EXPECT_TRUE(std::isnan(vars.GetValue(0, "Fx_nowhere")));
     std::vector<std::pair<std::string, PlotPoints>> rows = {
         {"t", {}},
         {"1.5e3/t + Fx_hull - Fx_rudder/2 + Fx_keel*3 + Fx_bulb - Mz_keel", {}},
@@ -156,9 +162,9 @@ TEST_F(CustomPlotsTest, AFormulaThatFailsLeavesTheListAsItWas) {
   EXPECT_TRUE(plots.edit(0, "Fy_rudder"));
   EXPECT_TRUE(samePoints(plots.plot(0).points(), afresh("Fy_rudder")));
   // The plots are numbered by their place in the list.
-  plots.remove(0);
+  plots.remove(1);
   EXPECT_EQ(plots.add("Mx_hull"), 1);
-  EXPECT_EQ(plots.plot(0).formula() + " " + plots.plot(1).formula(), "Fy_hull Mx_hull");
+  EXPECT_EQ(plots.plot(0).formula() + " " + plots.plot(1).formula(), "Fy_rudder Mx_hull");
 }
 
 TEST_F(CustomPlotsTest, APlotFollowingALiveRunMatchesOneComputedAfresh) {
