@@ -10,6 +10,7 @@
 
 namespace formula {
 
+// Reads the nodes' parts to print a tree (formula/tree_printer.h).
 class TreePrinter;
 
 // Raised when a formula cannot be parsed or evaluated any further.

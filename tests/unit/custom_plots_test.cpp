@@ -1,7 +1,5 @@
-// Custom plots over marine computations the solver stand-in writes (the
-// moving body hull with the sub-bodies keel and bulb, the fixed body rudder):
-// the variables offered, the points of formulas, the formulas that fail, and
-// how a plot follows a growing run and a new one.
+// Custom plots over the solver stand-in's case (body hull with sub-bodies keel
+// and bulb, body rudder): variables, points, failures, growth and new runs.
 #include "marine/custom_plots.h"
 
 #include <gtest/gtest.h>
@@ -168,9 +166,8 @@ TEST_F(CustomPlotsTest, AFormulaThatFailsLeavesTheListAsItWas) {
 }
 
 TEST_F(CustomPlotsTest, APlotFollowingALiveRunMatchesOneComputedAfresh) {
-  // Motions and per-time-step quantities lag behind the force rows, and any
-  // file may end in half a row: a point computed before its value arrived
-  // must not keep the gap.
+  // Motions and per-time-step values lag behind the force rows, and a file may
+  // end in half a row: a point computed before its value came is redone.
   open(RunMode::unsteady, 20);
   const std::vector<std::string> formulas = {"Z_hull", "Fx_hull + PHI_hull", "FxDyn_keel*t"};
   for (const std::string& formula : formulas) project_->customPlots().add(formula);
