@@ -10,6 +10,9 @@
 
 namespace formula {
 
+// Reads the nodes' parts to print a tree (formula/tree_printer.h).
+class TreePrinter;
+
 // Raised when a formula cannot be parsed or evaluated any further.
 class FormulaError : public std::runtime_error {
  public:
@@ -33,6 +36,8 @@ class NumNode final : public Node {
 
  private:
   double value_;
+
+  friend class TreePrinter;
 };
 
 class VarNode final : public Node {
@@ -56,6 +61,8 @@ class UMinusNode final : public Node {
 
  private:
   NodePtr child_;
+
+  friend class TreePrinter;
 };
 
 class FunNode final : public Node {
@@ -67,6 +74,8 @@ class FunNode final : public Node {
  private:
   Function function_;
   NodePtr argument_;
+
+  friend class TreePrinter;
 };
 
 class BinNode : public Node {
@@ -76,6 +85,8 @@ class BinNode : public Node {
  protected:
   NodePtr left_;
   NodePtr right_;
+
+  friend class TreePrinter;
 };
 
 class AssignNode final : public BinNode {
@@ -96,6 +107,8 @@ class MultiNode : public Node {
  protected:
   std::vector<NodePtr> children_;
   std::vector<std::uint32_t> flags_;
+
+  friend class TreePrinter;
 };
 
 class SumNode final : public MultiNode {
