@@ -1,7 +1,5 @@
-// The script command that holds the window's curves, with real BLT vectors
-// and a table of served curves of its own: filling in bulk, what it answers,
-// and every wrong request refused with a script error and the curve left as
-// it was.
+// monitor_curve, with real BLT vectors and served curves of its own: what it
+// answers, and every wrong request refused with the curve left as it was.
 #include <gtest/gtest.h>
 #include <tcl.h>
 
@@ -19,9 +17,9 @@ extern "C" int Blt_Init(Tcl_Interp* interp);
 namespace {
 
 constexpr double kMark = 3.4028234663852886e38;
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-// "ramp count": points (i, i). "table name": a fixed table with missing
-// points, under the name "fixed" only.
+// "ramp count": points (i, i); "table fixed": points with missing ones.
 std::unique_ptr<plot::CurveSource> ramp(ArgStream& arguments, std::string&) {
   std::int64_t count = 0;
   arguments >> count;
@@ -31,12 +29,8 @@ std::unique_ptr<plot::CurveSource> ramp(ArgStream& arguments, std::string&) {
 }
 
 std::unique_ptr<plot::CurveSource> table(ArgStream& arguments, std::string& complaint) {
-  static const std::array<plot::Point, 6> kPoints{{{1, 0.5},
-                                                   {2, kMark},
-                                                   {3, 1e-7},
-                                                   {4, std::numeric_limits<double>::quiet_NaN()},
-                                                   {5, kMark},
-                                                   {6, kMark}}};
+  static const std::vector<plot::Point> kPoints{{1, 0.5},  {2, kMark}, {3, 1e-7},
+                                                {4, kNaN}, {5, kMark}, {6, kMark}};
   std::string name;
   arguments.extractText(name, 100);
   if (name != "fixed") {
@@ -81,7 +75,6 @@ TEST_F(MonitorCurveCommand, HoldsThinsAndDescribesACurve) {
             "ERROR no curve named \"curve1\"");
 }
 
-// Ranges of the table {1 0.5} {2 mark} {3 1e-7} {4 NaN} {5 mark} {6 mark}.
 TEST_F(MonitorCurveCommand, FillLeavesOutMissingPointsAndTellsWhereTheLastOnesBegin) {
   const struct {
     const char* range;
@@ -118,8 +111,6 @@ TEST_F(MonitorCurveCommand, WrongRequestsAreScriptErrorsAndLeaveTheCurveAsItWas)
       {"monitor_curve fill $c 0 x ramp 5", "expected integer but got \"x\""},
       {"monitor_curve fill $c 0 1 spiral 5",
        "unknown curve source \"spiral\": must be one of ramp, table"},
-      {"monitor_curve positions spiral",
-       "unknown curve source \"spiral\": must be one of ramp, table"},
       {"monitor_curve fill $c 0 1 ramp",
        "wrong # args: should be \"monitor_curve fill curve first last ramp count\""},
       {"monitor_curve fill $c 0 1 ramp 5 6",
@@ -127,7 +118,6 @@ TEST_F(MonitorCurveCommand, WrongRequestsAreScriptErrorsAndLeaveTheCurveAsItWas)
       {"monitor_curve positions table",
        "wrong # args: should be \"monitor_curve positions table name\""},
       {"monitor_curve fill $c 0 1 table loose", "no table \"loose\""},
-      {"monitor_curve positions table loose", "no table \"loose\""},
       {"monitor_curve fill $c 3 5 ramp 5",
        "positions 3..5 are outside the curve, which has 5 positions"},
       {"monitor_curve fill $c -1 2 ramp 5",
@@ -140,6 +130,7 @@ TEST_F(MonitorCurveCommand, WrongRequestsAreScriptErrorsAndLeaveTheCurveAsItWas)
       {"monitor_curve verdict $c -level 0.9",
        "unknown option \"-level\": must be -confidence, -tolerance or -residual"},
       {"monitor_curve verdict $c -confidence 1", "the confidence must lie between 0 and 1, not 1"},
+      {"monitor_curve verdict $c -confidence 0", "the confidence must lie between 0 and 1, not 0"},
       {"monitor_curve verdict $c -confidence x", "expected floating-point number but got \"x\""},
       {"monitor_curve verdict $c -tolerance -0.1", "the tolerance must be 0 or more, not -0.1"},
       {"monitor_curve verdict $c -tolerance Inf", "the tolerance must be 0 or more, not Inf"},
@@ -159,7 +150,6 @@ TEST_F(MonitorCurveCommand, WrongRequestsAreScriptErrorsAndLeaveTheCurveAsItWas)
   }
 }
 
-// The verdict as a dict, each key present; values that do not apply empty.
 TEST_F(MonitorCurveCommand, VerdictAnswersADictWithEveryKey) {
   eval("set c [monitor_curve new]; monitor_curve fill $c 0 9 ramp 10");
   EXPECT_EQ(eval("monitor_curve verdict $c"),
@@ -170,7 +160,8 @@ TEST_F(MonitorCurveCommand, VerdictAnswersADictWithEveryKey) {
   eval("monitor_curve truncate $c 0; monitor_curve fill $c 0 999 ramp 1000");
   EXPECT_EQ(eval("dict get [monitor_curve verdict $c -confidence 0.9 -tolerance 0.5] verdict"),
             "transient");
-  EXPECT_EQ(eval("dict get [monitor_curve verdict $c -confidence 0.9] confidence"), "0.9");
+  EXPECT_EQ(eval("dict get [monitor_curve verdict $c -confidence 0.9 -tolerance 0] confidence"),
+            "0.9");
 }
 
 }  // namespace
