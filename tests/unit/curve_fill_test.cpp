@@ -1,7 +1,6 @@
-// Copying a range of a served curve into the window's points: missing points
-// (NaN, infinite, at least the program's mark, in either coordinate) are left
-// out, and where the missing points that end the range begin is told, also
-// across the batches the copy reads in.
+// Copying a long range of a served curve into the window's points, across the
+// batches the copy reads in. (Which points count as missing, and the run of
+// them that ends a range, monitor_curve's fill pins.)
 #include "plot/curve_fill.h"
 
 #include <gtest/gtest.h>
@@ -14,29 +13,6 @@
 namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
-TEST(CurveFill, MissingPointsAreLeftOutAndATrailingRunIsTold) {
-  const std::vector<plot::Point> table{
-      {1, 10},     {2, kNaN},       {3, 30},     {kNaN, 40},
-      {5, 3.5e38}, {6, -kInfinity}, {7, 3.4e38}, {plot::kMissingMark, 1}};
-  const auto source = plot::pointsByPosition(table.size(), [&](std::size_t i) { return table[i]; });
-  const struct {
-    std::size_t first, end;
-    std::vector<double> xs;
-    std::int64_t trailing;
-  } cases[] = {
-      {0, 8, {1, 3, 7}, 7}, {0, 1, {1}, -1}, {1, 2, {}, 1},  {1, 3, {3}, -1},
-      {3, 6, {}, 3},        {3, 7, {7}, -1}, {4, 4, {}, -1},
-  };
-  for (const auto& c : cases) {
-    plot::CurvePoints points;
-    const plot::FillOutcome outcome = plot::fill(*source, c.first, c.end, points);
-    EXPECT_EQ(points.x(), c.xs) << c.first << ".." << c.end;
-    EXPECT_EQ(outcome.appended, c.xs.size()) << c.first << ".." << c.end;
-    EXPECT_EQ(outcome.trailingMissingFrom, c.trailing) << c.first << ".." << c.end;
-  }
-}
 
 TEST(CurveFill, LongRangesAcrossBatchesKeepEveryPointInOrder) {
   // Missing points at the borders of the batches of 4096, and a trailing run
