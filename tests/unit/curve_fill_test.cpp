@@ -20,12 +20,13 @@ TEST(CurveFill, LongRangesAcrossBatchesKeepEveryPointInOrder) {
   constexpr std::size_t kCount = 3 * 4096 + 17;
   constexpr std::size_t kLastGiven = 2 * 4096 + 99;
   const auto missing = [](std::size_t i) {
-    return i % 4096 == 0 || i % 4096 == 4095 || i > kLastGiven;
+    return i % 4096 == 0 || i % 4096 == 4095 || i == 1 || i > kLastGiven;
   };
   const auto source = plot::pointsByPosition(kCount, [&](std::size_t i) {
     return plot::Point{static_cast<double>(i), missing(i) ? kNaN : 0.5 * static_cast<double>(i)};
   });
   plot::CurvePoints held;
+  EXPECT_EQ(plot::fill(*source, 0, 2, held).trailingMissingFrom, 0);
   std::size_t expected = 0;
   for (std::size_t first = 0; first < kCount; first += 5000) {
     const std::size_t end = std::min(kCount, first + 5000);

@@ -34,6 +34,7 @@ TEST(CurvePoints, FewPointsAreKeptAsTheyAreWithOneNeighbourOutsideEachBorder) {
   EXPECT_EQ(curve.thin(20.0, 30.0, 100).x, std::vector<double>{9});
   EXPECT_TRUE(plot::CurvePoints().thin(0.0, 1.0, 100).x.empty());
   EXPECT_TRUE(curve.thin(5.0, 1.0, 100).x.empty());
+  EXPECT_EQ(curve.thin(5.0, 5.0, 100).x, (std::vector<double>{4, 5, 6}));
 }
 
 // Whatever the range, the column count and the pieces the points came in,
@@ -88,15 +89,20 @@ TEST(CurvePoints, ThinnedPointsKeepTheExtremesOfEveryRange) {
       (std::vector<double>{y.front(), y[std::min(low, high)], y[std::max(low, high)], y.back()}));
 }
 
+// Abscissae in equal pairs, as time steps give them, are no descent, also
+// when they are cut off; of equal extremes the first is kept.
 TEST(CurvePoints, TruncatedThenGrownAgainIsSummarisedAfresh) {
-  plot::CurvePoints curve = curveOf(iota(1000), std::vector<double>(1000, 1.0));
+  std::vector<double> x = iota(1000);
+  for (double& value : x) value = std::floor(value / 2);
+  plot::CurvePoints curve = curveOf(x, std::vector<double>(1000, 1.0));
   curve.truncate(300);
   std::vector<double> y(700, 2.0);
-  y[650] = -9.0;
+  y[650] = y[660] = -9.0;
   curve.append(iota(700, 300.0), y);
   EXPECT_EQ(curve.size(), 1000u);
-  // First, highest (the first 2, at 300), lowest (-9 at 950), last.
-  EXPECT_EQ(curve.thin(-kInfinity, kInfinity, 1).y, (std::vector<double>{1.0, 2.0, -9.0, 2.0}));
+  const plot::ThinnedPoints one = curve.thin(-kInfinity, kInfinity, 1);
+  EXPECT_EQ(one.x, (std::vector<double>{0, 300, 950, 999}));
+  EXPECT_EQ(one.y, (std::vector<double>{1, 2, -9, 2}));
 }
 
 TEST(CurvePoints, ShapesAreKeptWholeUntilTheirDescentIsCutOff) {

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "plot/curve_fill.h"
 #include "script/arg_stream.h"
 #include "script/plot_commands.h"
 
@@ -18,7 +19,6 @@ namespace {
 
 constexpr double kMark = 3.4028234663852886e38;  // the largest float, as the solvers write it
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 // "ramp count": points (i, i). "table fixed": points missing in every way
 // (NaN, infinite, at least the mark, in x or in y) and 3.4e38, below the mark.
@@ -31,9 +31,13 @@ std::unique_ptr<plot::CurveSource> ramp(ArgStream& arguments, std::string&) {
 }
 
 std::unique_ptr<plot::CurveSource> table(ArgStream& arguments, std::string& complaint) {
-  static const std::vector<plot::Point> kPoints{
-      {1, 0.5},       {2, kMark}, {3, 1e-7}, {kNaN, 4}, {5, 3.4e38}, {plot::kMissingMark, 6},
-      {7, -kInfinity}};
+  static const std::vector<plot::Point> kPoints{{1, 0.5},
+                                                {2, kMark},
+                                                {3, 1e-7},
+                                                {kNaN, 4},
+                                                {5, 3.4e38},
+                                                {plot::kMissingMark, 6},
+                                                {7, -plot::kMissingMark}};
   std::string name;
   arguments.extractText(name, 100);
   if (name != "fixed") {
@@ -87,7 +91,7 @@ TEST_F(MonitorCurveCommand, FillLeavesOutMissingPointsAndTellsWhereTheLastOnesBe
       {"0 6", "3 5", "{1.0 3.0 5.0} {0.5 1e-7 3.4e+38}"},
       {"0 2", "2 -1", "{1.0 3.0} {0.5 1e-7}"},
       {"1 1", "0 1", "{} {}"},
-      {"3 4", "1 -1", "{5.0} {3.4e+38}"},
+      {"3 4", "1 -1", "5.0 3.4e+38"},
       {"5 6", "0 5", "{} {}"},
       {"4 3", "0 -1", "{} {}"},
   };
@@ -157,6 +161,7 @@ TEST_F(MonitorCurveCommand, VerdictAnswersADictWithEveryKey) {
             "transient");
   EXPECT_EQ(eval("dict get [monitor_curve verdict $c -confidence 0.9 -tolerance 0] confidence"),
             "0.9");
+  EXPECT_EQ(eval("dict get [monitor_curve verdict $c -tolerance 0.001] drift"), "1");
 }
 
 }  // namespace

@@ -79,7 +79,7 @@ class TurboCommands : public ScratchFolder {
     ke_ = written("ke.res", "0 3.0 2 3D K-E 1 sp1 1 h1 4 STEADY TURBO\n" + records(3, 45, 10, 12));
     plain_ = written("plain.res", "1 9\n" + records(3, 27, 100));
     dia_ = written("row.dia", "2\n0.5 1.5 0.25 1.25\n0.75 1.75 0.1 2\n1\n5 6 7 8\n");
-    pro_ = written("row.pro", "2\n0.5 0.25\n0.75 0.1\n1\n3 4\n");
+    pro_ = written("row.pro", "2\n0.5 0.25\n0.75 0.1\n0\n");
     start({ke_, plain_});
     call("itf_add_diag_file", {dia_});
     call("itf_add_prof_file", {pro_});
@@ -166,10 +166,10 @@ TEST_F(TurboCommands, AnswersOverTheWrittenCase) {
       {"itf_get_extrado_value", {dia, "2", "0"}, "0 0", ""},
       {"itf_get_extrado_value", {pro, "0", "0"}, "", ""},
       {"itf_get_intrado_value", {dia, "1", "0"}, "6 8", ""},
-      {"itf_get_prof_nbPts", {pro, "Intrado"}, "1", ""},
+      {"itf_get_prof_nbPts", {pro, "Intrado"}, "0", ""},
       {"itf_get_prof_nbPts", {dia, "Extrado"}, "", ""},
       {"itf_get_prof_extrado_value", {pro, "1"}, "0.75 0.100000001490116", ""},
-      {"itf_get_prof_intrado_value", {pro, "0"}, "3 4", ""},
+      {"itf_get_prof_intrado_value", {pro, "0"}, "0 0", ""},
       {"itf_get_prof_intrado_value", {dia, "0"}, "", ""},
       // The script's bookmarks, per project; unknown projects keep none.
       {"itf_set_current_nbIter", {"2", "3", ke, "15"}, "", ""},
