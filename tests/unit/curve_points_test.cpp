@@ -97,7 +97,7 @@ TEST(CurvePoints, TruncatedThenGrownAgainIsSummarisedAfresh) {
   plot::CurvePoints curve = curveOf(x, std::vector<double>(1000, 1.0));
   curve.truncate(300);
   std::vector<double> y(700, 2.0);
-  y[650] = y[660] = -9.0;
+  y[650] = y[655] = y[670] = -9.0;
   curve.append(iota(700, 300.0), y);
   EXPECT_EQ(curve.size(), 1000u);
   const plot::ThinnedPoints one = curve.thin(-kInfinity, kInfinity, 1);
