@@ -1,218 +1,91 @@
+// The argument stream: what each extraction takes, what a missing or wrong
+// argument leaves, and lists read level by level.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <list>
+#include <sstream>
+#include <string>
 #include <vector>
 
 #include "script/tcl_arg_stream.h"
 
 namespace {
 
-// Arguments as a command receives them after its command word.
-struct Args {
-  explicit Args(std::vector<const char*> items)
-      : items_(std::move(items)), stream(static_cast<int>(items_.size()), items_.data()) {}
-  std::vector<const char*> items_;
-  TclArgStream stream;
-};
-
-TEST(ArgStream, NoArgumentsStartsAtTheEnd) {
-  Args a({});
-  EXPECT_EQ(a.stream.count(), 0);
-  EXPECT_TRUE(a.stream.eof());
-  EXPECT_FALSE(a.stream.good());
-  int value = 42;
-  a.stream >> value;
-  EXPECT_EQ(value, 42);
-}
-
-TEST(ArgStream, TypedExtractionInOrder) {
-  Args a({"12", "-3000000000", "2.5", "1e-3", "x", "path/to file"});
-  int i = 0;
-  std::int64_t big = 0;
-  float f = 0;
-  double d = 0;
-  char c = 0;
+template <typename Integers>
+std::string joined(const Integers& values) {
   std::string text;
-  a.stream >> i >> big >> f >> d >> c;
-  a.stream.extractText(text, 100);
-  EXPECT_TRUE(a.stream.good());
-  EXPECT_EQ(i, 12);
-  EXPECT_EQ(big, -3000000000LL);
-  EXPECT_EQ(f, 2.5f);
-  EXPECT_EQ(d, 1e-3);
-  EXPECT_EQ(c, 'x');
-  EXPECT_EQ(text, "path/to file");
-  EXPECT_FALSE(a.stream.eof());
+  for (const int n : values) text += std::to_string(n) + ',';
+  return text;
 }
 
-TEST(ArgStream, NumbersNeverFailToConvert) {
-  Args a({"12abc", "abc", " 7", "+5", "3.5e2xyz", "inf", "-2.9"});
-  int trailing = -1, word = -1, blank = -1, plus = -1, truncated = -1;
-  double exponent = 0, infinite = 0;
-  a.stream >> trailing >> word >> blank >> plus >> exponent >> infinite;
-  a.stream.extractPlainInteger(truncated);
-  EXPECT_TRUE(a.stream.good());
-  EXPECT_EQ(trailing, 12);
-  EXPECT_EQ(word, 0);
-  EXPECT_EQ(blank, 7);
-  EXPECT_EQ(plus, 5);
-  EXPECT_EQ(exponent, 350.0);
-  EXPECT_TRUE(std::isinf(infinite));
-  EXPECT_EQ(truncated, -2);
+// Runs the extractions that `steps` name over `items` and traces each result,
+// then the stream's state: i int32, I int64, p plain integer, d double,
+// f float, c char, t text (capacity 100), 4 text (capacity 4), v and l integer
+// lists, [ and ] a list level (with the count of the level then current),
+// r rewind, ? the state. A target that is not set shows its old value.
+std::string trace(std::vector<const char*> items, std::string_view steps) {
+  TclArgStream in(static_cast<int>(items.size()), items.data());
+  std::ostringstream out;
+  const auto state = [&] { return std::string(in.eof() ? "E" : "") + (in.fail() ? "F" : ""); };
+  for (const char step : steps) {
+    std::int32_t i = 77;
+    std::int64_t big = 77;
+    double d = 9;
+    float f = 9;
+    char c = '?';
+    std::string text = "old";
+    std::vector<int> v{0};
+    std::list<int> l;
+    if (step == 'i') out << (in >> i, i);
+    if (step == 'I') out << (in >> big, big);
+    if (step == 'p') out << (in.extractPlainInteger(i), i);
+    if (step == 'd') out << (in >> d, d);
+    if (step == 'f') out << (in >> f, f);
+    if (step == 'c') out << (in >> c, c);
+    if (step == 't') out << (in.extractText(text, 100), text);
+    if (step == '4') out << (in.extractText(text, 4), text);
+    if (step == 'v') out << joined((in >> v, v));
+    if (step == 'l') out << joined((in >> l, l));
+    if (step == '[') out << '[' << (in.beginList(), in.count());
+    if (step == ']') out << ']' << (in.endList(), in.count());
+    if (step == 'r') out << (in.rewind(), 'r');
+    if (step == '?') out << state();
+    out << ' ';
+  }
+  return out.str() + "| " + state();
 }
 
-TEST(ArgStream, ThirtyTwoBitIntegersAreClamped) {
-  Args a({"99999999999", "-99999999999"});
-  int high = 0, low = 0;
-  a.stream >> high >> low;
-  EXPECT_EQ(high, 2147483647);
-  EXPECT_EQ(low, -2147483647 - 1);
-}
-
-TEST(ArgStream, MissingIntegerSetsEndAndFailureAndKeepsTarget) {
-  Args a({"1"});
-  int first = 0, second = 77;
-  a.stream >> first >> second;
-  EXPECT_EQ(first, 1);
-  EXPECT_EQ(second, 77);
-  EXPECT_TRUE(a.stream.eof());
-  EXPECT_TRUE(a.stream.fail());
-  EXPECT_FALSE(a.stream);
-}
-
-TEST(ArgStream, MissingFloatOnlyReachesTheEnd) {
-  Args one({"1.5"});
-  double d = 9, e = 9;
-  one.stream >> d >> e;
-  EXPECT_EQ(d, 1.5);
-  EXPECT_EQ(e, 9);
-  EXPECT_TRUE(one.stream.eof());
-  EXPECT_FALSE(one.stream.fail());
-}
-
-TEST(ArgStream, CheckedIntegersTakeNothingOnceNotGood) {
-  // After a failed character the decimal integer form leaves the next
-  // argument in place, while the other forms use it up.
-  Args a({"ab", "5", "6"});
-  char c = '?';
-  int checked = 0, plain = 0;
-  a.stream >> c >> checked;
-  EXPECT_EQ(c, '?');
-  EXPECT_EQ(checked, 0);
-  a.stream.extractPlainInteger(plain);
-  EXPECT_EQ(plain, 0);
-  a.stream.rewind();
-  EXPECT_TRUE(a.stream.fail());  // the state stays after a rewind
-}
-
-TEST(ArgStream, RewindReadsTheLevelAgain) {
-  Args a({"3", "4"});
-  int x = 0, y = 0, z = 0;
-  a.stream >> x >> y;
-  a.stream.rewind();
-  a.stream >> z;
-  EXPECT_EQ(z, 3);
-  EXPECT_TRUE(a.stream.good());
-}
-
-TEST(ArgStream, CharacterMustBeExactlyOneLong) {
-  Args a({"", "q"});
-  char c = '-';
-  a.stream >> c;
-  EXPECT_EQ(c, '-');
-  EXPECT_TRUE(a.stream.fail());
-}
-
-TEST(ArgStream, TextMustBeShorterThanTheCapacity) {
-  Args a({"abcd", "abc"});
-  std::string text = "old";
-  a.stream.extractText(text, 4);
-  EXPECT_EQ(text, "old");
-  EXPECT_TRUE(a.stream.fail());
-
-  Args b({"abc"});
-  b.stream.extractText(text, 4);
-  EXPECT_EQ(text, "abc");
-  EXPECT_TRUE(b.stream.good());
-}
-
-TEST(ArgStream, ListsAreSplitWithTheListSyntax) {
-  Args a({"2", "{a b} c {d e f}", "9"});
-  int n = 0, after = 0;
-  std::string first, second, third;
-  a.stream >> n;
-  a.stream.beginList();
-  EXPECT_EQ(a.stream.count(), 3);
-  a.stream.extractText(first, 100).extractText(second, 100).extractText(third, 100);
-  a.stream.endList();
-  a.stream >> after;
-  EXPECT_EQ(first, "a b");
-  EXPECT_EQ(second, "c");
-  EXPECT_EQ(third, "d e f");
-  EXPECT_EQ(after, 9);
-  EXPECT_TRUE(a.stream.good());
-}
-
-TEST(ArgStream, MissingListElementsLeaveTheOuterLevelUsable) {
-  Args a({"one", "7"});
-  std::string first, missing = "kept";
-  int after = 0;
-  a.stream.beginList();
-  a.stream.extractText(first, 100).extractText(missing, 100);
-  EXPECT_TRUE(a.stream.eof());
-  a.stream.endList();
-  a.stream >> after;
-  EXPECT_EQ(first, "one");
-  EXPECT_EQ(missing, "kept");
-  EXPECT_EQ(after, 7);
-}
-
-TEST(ArgStream, EmptyListHasItsEndAlreadyReached) {
-  Args a({"", "5"});
-  a.stream.beginList();
-  EXPECT_EQ(a.stream.count(), 0);
-  EXPECT_TRUE(a.stream.eof());
-  a.stream.endList();
-  int after = 0;
-  a.stream >> after;
-  EXPECT_EQ(after, 5);
-}
-
-TEST(ArgStream, IntegerListsAppendEveryElement) {
-  Args a({"1 2x -3", "", "4 5", "6"});
-  std::vector<int> array{0};
-  std::list<int> linked;
-  std::vector<int> none;
-  a.stream >> array >> none >> linked;
-  int after = 0;
-  a.stream >> after;
-  EXPECT_EQ(array, (std::vector<int>{0, 1, 2, -3}));
-  EXPECT_TRUE(none.empty());
-  EXPECT_EQ(linked, (std::list<int>{4, 5}));
-  EXPECT_EQ(after, 6);
-}
-
-TEST(ArgStream, ListWhenNoArgumentIsLeft) {
-  Args a({});
-  std::vector<int> values;
-  a.stream >> values;
-  EXPECT_TRUE(values.empty());
-  a.stream.beginList();
-  EXPECT_EQ(a.stream.count(), 0);
-  a.stream.endList();
-  a.stream.endList();  // one too many: the outermost level stays
-  EXPECT_EQ(a.stream.count(), 0);
-}
-
-TEST(ArgStream, UnbalancedListIsReleasedWithTheStream) {
-  Args a({"x {y z}"});
-  a.stream.beginList();
-  std::string x;
-  a.stream.extractText(x, 10);
-  a.stream.beginList();
-  EXPECT_EQ(a.stream.count(), 2);
-  EXPECT_EQ(x, "x");
+TEST(ArgStream, Extractions) {
+  const struct {
+    const char* name;
+    std::vector<const char*> items;
+    const char* steps;
+    const char* trace;
+  } cases[] = {
+      {"nothing", {}, "?i", "E 77 | E"},
+      {"typed", {"12", "-3000000000", "x"}, "iIc", "12 -3000000000 x | "},
+      {"floating", {"2.5", "1e-3", "a b"}, "fdt", "2.5 0.001 a b | "},
+      {"never fail", {"12abc", "abc", " 7", "+5"}, "iiii", "12 0 7 5 | "},
+      {"never fail either", {"3.5e2xyz", "inf", "-2.9"}, "ddp", "350 inf -2 | "},
+      {"clamped", {"99999999999", "-99999999999"}, "ii", "2147483647 -2147483648 | "},
+      {"missing integer", {"1"}, "ii", "1 77 | EF"},
+      {"missing int64", {"1"}, "iI", "1 77 | EF"},
+      {"missing float", {"1.5"}, "df", "1.5 9 | E"},
+      {"after failure", {"ab", "5", "6"}, "ciIpr", "? 77 77 77 r | F"},
+      {"rewind", {"3", "4"}, "iiri", "3 4 r 3 | "},
+      {"one character", {"", "q"}, "c", "? | F"},
+      {"text too long", {"abcd"}, "4", "old | F"},
+      {"text fits", {"abc"}, "4", "abc | "},
+      {"list", {"2", "{a b} c {d e f}", "9"}, "i[ttt?]i", "2 [3 a b c d e f  ]3 9 | "},
+      {"short list", {"one", "7"}, "[tt?]i", "[1 one old E ]2 7 | "},
+      {"empty list", {"", "5"}, "[?]i", "[0 E ]2 5 | "},
+      {"integer lists", {"1 2x -3", "", "4 5", "6"}, "vvli", "0,1,2,-3, 0, 4,5, 6 | "},
+      {"no list left", {}, "v[]]", "0, [0 ]0 ]0 | E"},
+      {"failed before list", {"", "{a b}"}, "c[", "? [0 | E"},
+      {"malformed list", {"{a", "1"}, "[?]i", "[0 E ]2 1 | "},
+      {"unbalanced", {"x {y z}"}, "[t[", "[2 x [2 | "},
+  };
+  for (const auto& c : cases) EXPECT_EQ(trace(c.items, c.steps), c.trace) << c.name;
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
-// The script command that holds the window's curves, with real BLT vectors
-// and a table of served curves of its own: filling in bulk, what it answers,
-// and every wrong request refused with a script error and the curve left as
-// it was.
+// monitor_curve, with real BLT vectors and served curves of its own: what it
+// answers, and every wrong request refused with the curve left as it was.
 #include <gtest/gtest.h>
 #include <tcl.h>
 
@@ -11,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "plot/curve_fill.h"
 #include "script/arg_stream.h"
 #include "script/plot_commands.h"
 
@@ -18,10 +17,11 @@ extern "C" int Blt_Init(Tcl_Interp* interp);
 
 namespace {
 
-constexpr double kMark = 3.4028234663852886e38;
+constexpr double kMark = 3.4028234663852886e38;  // the largest float, as the solvers write it
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-// "ramp count": points (i, i). "table name": a fixed table with missing
-// points, under the name "fixed" only.
+// "ramp count": points (i, i). "table fixed": points missing in every way
+// (NaN, infinite, at least the mark, in x or in y) and 3.4e38, below the mark.
 std::unique_ptr<plot::CurveSource> ramp(ArgStream& arguments, std::string&) {
   std::int64_t count = 0;
   arguments >> count;
@@ -31,12 +31,13 @@ std::unique_ptr<plot::CurveSource> ramp(ArgStream& arguments, std::string&) {
 }
 
 std::unique_ptr<plot::CurveSource> table(ArgStream& arguments, std::string& complaint) {
-  static const std::array<plot::Point, 6> kPoints{{{1, 0.5},
-                                                   {2, kMark},
-                                                   {3, 1e-7},
-                                                   {4, std::numeric_limits<double>::quiet_NaN()},
-                                                   {5, kMark},
-                                                   {6, kMark}}};
+  static const std::vector<plot::Point> kPoints{{1, 0.5},
+                                                {2, kMark},
+                                                {3, 1e-7},
+                                                {kNaN, 4},
+                                                {5, 3.4e38},
+                                                {plot::kMissingMark, 6},
+                                                {7, -plot::kMissingMark}};
   std::string name;
   arguments.extractText(name, 100);
   if (name != "fixed") {
@@ -81,17 +82,17 @@ TEST_F(MonitorCurveCommand, HoldsThinsAndDescribesACurve) {
             "ERROR no curve named \"curve1\"");
 }
 
-// Ranges of the table {1 0.5} {2 mark} {3 1e-7} {4 NaN} {5 mark} {6 mark}.
 TEST_F(MonitorCurveCommand, FillLeavesOutMissingPointsAndTellsWhereTheLastOnesBegin) {
   const struct {
     const char* range;
     const char* answer;
     const char* values;
   } cases[] = {
-      {"0 5", "2 3", "{1.0 3.0} {0.5 1e-7}"},
+      {"0 6", "3 5", "{1.0 3.0 5.0} {0.5 1e-7 3.4e+38}"},
       {"0 2", "2 -1", "{1.0 3.0} {0.5 1e-7}"},
       {"1 1", "0 1", "{} {}"},
-      {"3 5", "0 3", "{} {}"},
+      {"3 4", "1 -1", "5.0 3.4e+38"},
+      {"5 6", "0 5", "{} {}"},
       {"4 3", "0 -1", "{} {}"},
   };
   for (const auto& c : cases) {
@@ -104,73 +105,63 @@ TEST_F(MonitorCurveCommand, FillLeavesOutMissingPointsAndTellsWhereTheLastOnesBe
 
 TEST_F(MonitorCurveCommand, WrongRequestsAreScriptErrorsAndLeaveTheCurveAsItWas) {
   eval("set c [monitor_curve new]; monitor_curve fill $c 0 1 ramp 5");
+  const auto usage = [](std::string words) {
+    return "wrong # args: should be \"monitor_curve " + words + "\"";
+  };
+  const auto outside = [](std::string range, int size) {
+    return "positions " + range + " are outside the curve, which has " + std::to_string(size) +
+           " positions";
+  };
   const struct {
     const char* script;
-    const char* error;
+    std::string error;
   } cases[] = {
-      {"monitor_curve statistics $c",
-       "wrong # args: should be \"monitor_curve statistics curve lastCount\""},
-      {"monitor_curve fill $c 0 1",
-       "wrong # args: should be \"monitor_curve fill curve first last source ?argument ...?\""},
-      {"monitor_curve positions",
-       "wrong # args: should be \"monitor_curve positions source ?argument ...?\""},
+      {"monitor_curve statistics $c", usage("statistics curve lastCount")},
+      {"monitor_curve fill $c 0 1", usage("fill curve first last source ?argument ...?")},
+      {"monitor_curve positions", usage("positions source ?argument ...?")},
       {"monitor_curve fill nothing 0 1 ramp 5", "no curve named \"nothing\""},
       {"monitor_curve fill $c 0 x ramp 5", "expected integer but got \"x\""},
       {"monitor_curve fill $c 0 1 spiral 5",
        "unknown curve source \"spiral\": must be one of ramp, table"},
-      {"monitor_curve positions spiral",
-       "unknown curve source \"spiral\": must be one of ramp, table"},
-      {"monitor_curve fill $c 0 1 ramp",
-       "wrong # args: should be \"monitor_curve fill curve first last ramp count\""},
-      {"monitor_curve fill $c 0 1 ramp 5 6",
-       "wrong # args: should be \"monitor_curve fill curve first last ramp count\""},
-      {"monitor_curve positions table",
-       "wrong # args: should be \"monitor_curve positions table name\""},
+      {"monitor_curve fill $c 0 1 ramp", usage("fill curve first last ramp count")},
+      {"monitor_curve fill $c 0 1 ramp 5 6", usage("fill curve first last ramp count")},
+      {"monitor_curve positions table", usage("positions table name")},
       {"monitor_curve fill $c 0 1 table loose", "no table \"loose\""},
-      {"monitor_curve positions table loose", "no table \"loose\""},
-      {"monitor_curve fill $c 3 5 ramp 5",
-       "positions 3..5 are outside the curve, which has 5 positions"},
-      {"monitor_curve fill $c -1 2 ramp 5",
-       "positions -1..2 are outside the curve, which has 5 positions"},
-      {"monitor_curve fill $c 3 1 ramp 5",
-       "positions 3..1 are outside the curve, which has 5 positions"},
-      {"monitor_curve fill $c 0 0 ramp 0",
-       "positions 0..0 are outside the curve, which has 0 positions"},
+      {"monitor_curve fill $c 3 5 ramp 5", outside("3..5", 5)},
+      {"monitor_curve fill $c -1 2 ramp 5", outside("-1..2", 5)},
+      {"monitor_curve fill $c 3 1 ramp 5", outside("3..1", 5)},
+      {"monitor_curve fill $c 0 0 ramp 0", outside("0..0", 0)},
       {"monitor_curve verdict $c -confidence", "value for \"-confidence\" missing"},
       {"monitor_curve verdict $c -level 0.9",
        "unknown option \"-level\": must be -confidence, -tolerance or -residual"},
       {"monitor_curve verdict $c -confidence 1", "the confidence must lie between 0 and 1, not 1"},
+      {"monitor_curve verdict $c -confidence 0", "the confidence must lie between 0 and 1, not 0"},
       {"monitor_curve verdict $c -confidence x", "expected floating-point number but got \"x\""},
       {"monitor_curve verdict $c -tolerance -0.1", "the tolerance must be 0 or more, not -0.1"},
       {"monitor_curve verdict $c -tolerance Inf", "the tolerance must be 0 or more, not Inf"},
       {"monitor_curve spin $c",
        "usage: monitor_curve "
        "new|positions|fill|delete|length|truncate|values|thin|statistics|verdict ..."},
-      {"monitor_curve thin $c nothing nothing 0 1 2", nullptr},
+      {"monitor_curve thin $c nothing nothing 0 1 2", "can't find vector \"nothing\""},
   };
   for (const auto& c : cases) {
-    const std::string answer = eval(c.script);
-    if (c.error != nullptr) {
-      EXPECT_EQ(answer, std::string("ERROR ") + c.error) << c.script;
-    } else {
-      EXPECT_EQ(answer.rfind("ERROR ", 0), 0u) << c.script;
-    }
+    EXPECT_EQ(eval(c.script), "ERROR " + c.error) << c.script;
     EXPECT_EQ(eval("monitor_curve values $c 0 99"), "{0.0 1.0} {0.0 1.0}") << c.script;
   }
 }
 
-// The verdict as a dict, each key present; values that do not apply empty.
 TEST_F(MonitorCurveCommand, VerdictAnswersADictWithEveryKey) {
   eval("set c [monitor_curve new]; monitor_curve fill $c 0 9 ramp 10");
   EXPECT_EQ(eval("monitor_curve verdict $c"),
-            "verdict short transientEnd {} samples 10 mean 0.0 halfWidth 0.0 confidence 0.95 drift "
-            "0 period {} "
-            "amplitude {} ordersDropped {} stillFalling 0");
+            "verdict short transientEnd {} samples 10 mean 0.0 halfWidth 0.0 confidence 0.95 "
+            "drift 0 period {} amplitude {} ordersDropped {} stillFalling 0");
   // A ramp: its steady part keeps going up.
   eval("monitor_curve truncate $c 0; monitor_curve fill $c 0 999 ramp 1000");
   EXPECT_EQ(eval("dict get [monitor_curve verdict $c -confidence 0.9 -tolerance 0.5] verdict"),
             "transient");
-  EXPECT_EQ(eval("dict get [monitor_curve verdict $c -confidence 0.9] confidence"), "0.9");
+  EXPECT_EQ(eval("dict get [monitor_curve verdict $c -confidence 0.9 -tolerance 0] confidence"),
+            "0.9");
+  EXPECT_EQ(eval("dict get [monitor_curve verdict $c -tolerance 0.001] drift"), "1");
 }
 
 }  // namespace
