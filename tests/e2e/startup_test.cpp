@@ -38,21 +38,18 @@ TEST(Startup, ScriptOutputFollowsTheBannerAndQuitEndsTheEventThatCalledIt) {
 }
 
 TEST(Startup, TheVersionTagChoosesTheModeAndItsScript) {
+  const std::string kelp = ": itf_quit_command_KELP";
   const struct {
-    const char* folder;
-    const char* key;    // the installation's registry key
-    bool homeRegistry;  // ~/.talvik/registry instead of TALVIK_REGISTRY
-    std::vector<std::string> arguments;
+    const char *folder, *key;  // the installation's folder and registry key
+    bool homeRegistry;         // ~/.talvik/registry instead of TALVIK_REGISTRY
+    const char* version;       // given with -qvversion
     std::string said;
   } cases[] = {
-      {"dune71", "dune71", false, {}, "turbomachinery 71: itf_quit_command"},
+      {"dune71", "dune71", false, nullptr, "turbomachinery 71: itf_quit_command"},
       // The folder name is lower-cased into the tag and the key.
-      {"Dune_Marine71", "dune_marine71", true, {}, "marine _marine71: itf_quit_command_KELP"},
-      {"dune71",
-       "dunex_marine71",
-       false,
-       {"-qvversion", "x_marine71"},
-       "marine x_marine71: itf_quit_command_KELP"}};
+      {"Dune_Marine71", "dune_marine71", true, nullptr, "marine _marine71" + kelp},
+      {"dune71", "dunex_marine71", false, "x_marine71", "marine x_marine71" + kelp},
+  };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.said);
     Installation installation(c.folder);
@@ -63,12 +60,12 @@ TEST(Startup, TheVersionTagChoosesTheModeAndItsScript) {
                             " $env(QV_VERSION): [info commands itf_quit*]\"\n"
                             "puts [info commands check_*]\n");
     }
-    RunOptions options{c.arguments};
-    installation.writeRegistry(c.homeRegistry ? "" : installation.registrySection(c.key));
-    if (c.homeRegistry) {
-      writeFile(installation.home() / ".talvik" / "registry", installation.registrySection(c.key));
-      options.environment["TALVIK_REGISTRY"] = std::nullopt;
-    }
+    const std::string section = installation.registrySection(c.key);
+    installation.writeRegistry(c.homeRegistry ? "" : section);
+    writeFile(installation.home() / ".talvik" / "registry", c.homeRegistry ? section : "");
+    RunOptions options;
+    if (c.version) options.arguments = {"-qvversion", c.version};
+    if (c.homeRegistry) options.environment["TALVIK_REGISTRY"] = std::nullopt;
     const RunResult result = installation.run(options);
     EXPECT_EQ(result.output, bannerThen({c.said, "check_current_directory", "quit"}));
     EXPECT_EQ(result.exitStatus, 1);
@@ -80,24 +77,20 @@ TEST(Startup, EndingsBeforeTheLoopAndTheirStatus) {
   const std::string refusal = " -batch mode not supported \n";
   const std::optional<std::string> none;
   const struct {
-    const char* name;
     RunOptions options;
     std::string output;
   } cases[] = {
       // The program name is scanned too; nothing of the session is built.
-      {"batch",
-       {{"x", "-batch", "-BATCH", "--batch"}, "-batch", {{"DISPLAY", none}}},
-       refusal + refusal + std::string(kBanner)},
+      {{{"x", "-batch", "-BATCH", "--batch"}, "-batch", {{"DISPLAY", none}}},
+       refusal + refusal + bannerThen({})},
       // The refusal comes before the installation is looked up.
-      {"batch unregistered",
-       {{"-batch"}, none, {{"TALVIK_REGISTRY", installation.base().string() + "/none"}}},
+      {{{"-batch"}, none, {{"TALVIK_REGISTRY", installation.base().string() + "/none"}}},
        refusal + kMissingKey},
       // Tk leaves errorInfo empty: the report's second line is empty.
-      {"no display",
-       {{}, none, {{"DISPLAY", none}}},
+      {{{}, none, {{"DISPLAY", none}}},
        bannerThen({" TK ERROR no display name and no $DISPLAY environment variable", ""})}};
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
+    SCOPED_TRACE(c.output);
     const RunResult result = installation.run(c.options);
     EXPECT_EQ(result.output, c.output);
     EXPECT_EQ(result.exitStatus, 0);
