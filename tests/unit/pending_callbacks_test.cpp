@@ -7,19 +7,16 @@
 namespace {
 
 // Notes its mark when run; posts a '+' callback from inside its run when given the queue.
-class Recorder : public Callback {
- public:
+struct Recorder : Callback {
   Recorder(std::string& log, char mark, PendingCallbacks* queue = nullptr)
-      : log_(log), mark_(mark), queue_(queue) {}
+      : log(log), mark(mark), queue(queue) {}
   void run() override {
-    log_ += mark_;
-    if (queue_ != nullptr) queue_->post(std::make_shared<Recorder>(log_, '+'));
+    log += mark;
+    if (queue != nullptr) queue->post(std::make_shared<Recorder>(log, '+'));
   }
-
- private:
-  std::string& log_;
-  char mark_;
-  PendingCallbacks* queue_;
+  std::string& log;
+  char mark;
+  PendingCallbacks* queue;
 };
 
 TEST(PendingCallbacks, RunInOrderWithThosePostedWhileRunningAndAreReleased) {
@@ -32,9 +29,8 @@ TEST(PendingCallbacks, RunInOrderWithThosePostedWhileRunningAndAreReleased) {
   EXPECT_EQ(queue.size(), 2U);
   EXPECT_EQ(first.use_count(), 2);
   EXPECT_EQ(queue.flush(), 1);
-  EXPECT_EQ(log, "ab+");
-  EXPECT_EQ(queue.size(), 0U);
-  EXPECT_EQ(first.use_count(), 1);
+  EXPECT_EQ(log + " " + std::to_string(queue.size()) + " " + std::to_string(first.use_count()),
+            "ab+ 0 1");
 }
 
 }  // namespace
