@@ -1,5 +1,5 @@
-// The convergence verdict and its pieces on series whose answer is known. The
-// noise comes from fixed seeds; the bounds are those of the statistics, not of one draw.
+// The verdict and its pieces on series of known answer; the bounds are the statistics', not a
+// draw's.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -40,7 +40,6 @@ Values noise(std::size_t n, std::uint64_t seed, double phi = 0.0) {
   return values;
 }
 
-// level + scale × white noise + shape(i)
 Values series(
     std::size_t n, double level, double scale, std::uint64_t seed,
     double (*shape)(double) = [](double) { return 0.0; }) {
@@ -55,15 +54,6 @@ Values positions(std::size_t n, double step = 1.0) {
   return x;
 }
 
-// The batch-means estimate over 20 equal batches, each standing at its middle.
-convergence::MeanEstimate estimateOver20Batches(const Values& values) {
-  const std::vector<std::size_t> limits = convergence::equalBatches(0, values.size(), 20);
-  Values middles;
-  for (std::size_t j = 0; j < 20; ++j)
-    middles.push_back(0.5 * double(limits[j] + limits[j + 1] - 1));
-  return convergence::estimateMean(values, limits, middles, 0.95, 0.99);
-}
-
 TEST(Convergence, StudentQuantilesAndBatchCounts) {
   std::istringstream quantiles(  // probability, degrees of freedom, quantile
       "0.975 1 12.706204736  0.975 2 4.302652730  0.975 19 2.093024054  0.995 8 3.355387331 "
@@ -73,88 +63,35 @@ TEST(Convergence, StudentQuantilesAndBatchCounts) {
   for (int freedom; quantiles >> probability >> freedom >> quantile;)
     EXPECT_NEAR(convergence::studentQuantile(probability, freedom), quantile, 1e-6) << freedom;
   // Fewer batches when the series is short for its correlation: count, tau, batches.
-  const std::tuple<std::size_t, double, std::size_t> batches[] = {
-      {2000, 1.0, 20},    {10000, 100.0, 20}, {10000, 150.0, 13},
-      {10000, 200.0, 10}, {1000, 500.0, 10},
-  };
-  for (const auto& [count, correlationTime, expected] : batches)
-    EXPECT_EQ(convergence::batchesFor(count, correlationTime), expected) << correlationTime;
+  std::istringstream batches("2000 1 20  10000 100 20  10000 150 13  10000 200 10  1000 500 10");
+  for (double count, correlationTime, expected; batches >> count >> correlationTime >> expected;)
+    EXPECT_EQ(convergence::batchesFor(std::size_t(count), correlationTime), expected)
+        << correlationTime;
 }
 
 TEST(Convergence, MserCutsWhereTheStartEnds) {
   // A cut from 40 % of the series on means that the start has not ended.
-  const struct {
-    const char* name;
-    Values values;
-    std::size_t fewest, most;
-    bool stillGoing;
-  } cases[] = {
+  const std::tuple<const char*, Values, std::size_t, std::size_t, bool> cases[] = {
       {"step at 700", series(2000, 1, 0.1, 6, [](double i) { return i < 700 ? 2.0 : 0.0; }), 700,
-       700},
+       700, false},
       {"step at 800: 40 %", series(2000, 1, 0.1, 8, [](double i) { return i < 800 ? 2.0 : 0.0; }),
        800, 800, true},
-      {"decay", series(2000, 1, 0.1, 2, [](double i) { return 5 * std::exp(-i / 40); }), 100, 300},
-      {"white noise", series(2000, 1, 0.1, 3), 0, 100},
-      {"constant", Values(2000, 4.25), 0, 0},
+      {"decay", series(2000, 1, 0.1, 2, [](double i) { return 5 * std::exp(-i / 40); }), 100, 300,
+       false},
+      {"white noise", series(2000, 1, 0.1, 3), 0, 100, false},
+      {"constant", Values(2000, 4.25), 0, 0, false},
       {"ramp", series(2000, 1, 0.1, 4, [](double i) { return 0.001 * i; }), 800, 1000, true},
-      {"3 batches", Values(15, 1.0), 0, 0},
-      {"4 batches", {3, 3, 3, 3, 3, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1}, 5, 5},
+      {"3 batches", Values(15, 1.0), 0, 0, false},
+      {"4 batches", {3, 3, 3, 3, 3, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1}, 5, 5, false},
   };
-  for (const auto& c : cases) {
-    const convergence::TransientCut cut = convergence::findTransientEnd(c.values);
-    EXPECT_TRUE(cut.end >= c.fewest && cut.end <= c.most) << c.name << ": " << cut.end;
-    EXPECT_EQ(cut.stillGoing, c.stillGoing) << c.name;
+  for (const auto& [name, values, fewest, most, stillGoing] : cases) {
+    const convergence::TransientCut cut = convergence::findTransientEnd(values);
+    EXPECT_TRUE(cut.end >= fewest && cut.end <= most && cut.stillGoing == stillGoing)
+        << name << ": " << cut.end;
   }
-}
-
-TEST(Convergence, BatchMeansIntervalOfWhiteAndCorrelatedNoiseAndTrends) {
-  for (const double phi : {0.0, 0.9}) {
-    const double correlationTime = (1 + phi) / (1 - phi);
-    Values values = noise(20000, 11, phi);
-    for (double& value : values) value += 3.0;
-    const convergence::MeanEstimate estimate = estimateOver20Batches(values);
-    // The standard error of the mean of correlated values: sqrt(tau / n).
-    const double expected = 2.093 * std::sqrt(correlationTime / 20000);
-    EXPECT_TRUE(estimate.halfWidth > 0.6 * expected && estimate.halfWidth < 1.5 * expected) << phi;
-    EXPECT_NEAR(estimate.mean, 3.0, 2.0 * estimate.halfWidth) << phi;
-    EXPECT_TRUE(estimate.correlationTime > 0.5 * correlationTime &&
-                estimate.correlationTime < 2.0 * correlationTime)
-        << phi;
-    EXPECT_FALSE(estimate.drift) << phi;
-  }
-  // Deviation 1 over 4000 values: the mean is known to about ±0.03, so a rise
-  // of 0.5 over the series stands out and one of 0.001 does not.
-  for (const double rise : {0.001, 0.5, -0.5, 5.0}) {
-    Values values = series(4000, 1.0, 1.0, 21);
-    for (std::size_t i = 0; i < values.size(); ++i) values[i] += rise * double(i) / 4000;
-    const convergence::MeanEstimate estimate = estimateOver20Batches(values);
-    EXPECT_EQ(estimate.drift, rise != 0.001) << rise;
-    EXPECT_EQ(estimate.driftT > 0.0, rise > 0.0) << rise;
-  }
-  EXPECT_FALSE(estimateOver20Batches(Values(200, 1.5)).drift);
-}
-
-TEST(Convergence, PeriodOfANoisySineAndNoneInNoiseOrTrends) {
-  // Period in samples, points, noise / amplitude; the last beyond the values looked at in full.
-  for (const auto& [period, points, scale] :
-       {std::tuple{12.5, 1000, 0.3}, {1000.0, 8000, 1.0}, {30000.0, 150000, 0.5}}) {
-    Values values = series(points, 7.0, scale, 31);
-    for (int i = 0; i < points; ++i) values[i] += std::sin(2 * kPi * i / period + 0.3);
-    const convergence::Oscillation found = convergence::findOscillation(values);
-    EXPECT_NEAR(found.found() ? found.periodInSamples() : 0, period, 0.01 * period);
-    const auto whole = std::size_t(std::floor(points / period) * period);
-    const std::span<const double> wholePeriods = std::span<const double>(values).first(whole);
-    EXPECT_NEAR(convergence::fundamentalAmplitude(wholePeriods, period), 1.0, 0.05) << period;
-  }
-  for (const Values& values : {series(5000, 1, 1, 41), noise(5000, 43, 0.99),
-                               series(5000, 0, 0.1, 44, [](double i) { return i / 5000; })})
-    EXPECT_FALSE(convergence::findOscillation(values).found()) << values[1];
 }
 
 TEST(Convergence, VerdictStatesOfTypicalSeries) {
-  Values mostlyMissing = series(300, 1.0, 0.001, 61);
-  for (std::size_t i = 0; i < 300; i += 3) mostlyMissing[i] = kNaN, mostlyMissing[i + 1] = kMissing;
-  mostlyMissing[2] = -kInfinity;
   const struct {
     const char* name;
     Values y;
@@ -170,7 +107,6 @@ TEST(Convergence, VerdictStatesOfTypicalSeries) {
       {"99 points", series(99, 1, 0.001, 62), "short"},
       {"100 points", series(100, 1, 0.001, 62), "converged"},
       {"100 values, 50 abscissae", series(100, 1, 0.001, 63), "short", 50},
-      {"300 points, 201 missing", mostlyMissing, "short"},
   };
   for (const auto& c : cases) {
     const convergence::Verdict verdict =
@@ -198,7 +134,6 @@ TEST(Convergence, OscillationsOverWholePeriodsAndHolesLeftOut) {
     };
     const auto decay = [](double i) { return 0.3 * std::exp(-i / 50); };
     const Values y = oscillates ? series(n, 2.0, 0.05, 91, swing) : series(n, 2.0, 0.01, 71, decay);
-    // Holes in the values, each at an abscissa of its own, and in the abscissae.
     Values holedX, holedY;
     for (std::size_t i = 0; i < n; ++i) {
       if (i % 7 == 3) holedX.push_back(x[i] - 0.05), holedY.push_back(holes[i % 6]);
@@ -213,13 +148,13 @@ TEST(Convergence, OscillationsOverWholePeriodsAndHolesLeftOut) {
                 holed.mean == clean.mean && holed.halfWidth == clean.halfWidth &&
                 holed.period == clean.period && holed.amplitude == clean.amplitude)
         << oscillates;
-    if (!oscillates) continue;
-    EXPECT_NEAR(clean.period.value_or(0), 5.0, 0.01);
-    EXPECT_NEAR(clean.amplitude.value_or(0), 0.5, 0.02);
-    EXPECT_NEAR(clean.mean, 2.0, 0.01);
-    EXPECT_TRUE(clean.halfWidth < 0.01 && !clean.drift && clean.samples > 3000u);
     // Whole periods: a multiple of 50 points, give or take the rounding of the crossings.
-    EXPECT_NEAR(double(clean.samples) / 50.0, std::round(double(clean.samples) / 50.0), 0.05);
+    const double periods = double(clean.samples) / 50.0;
+    EXPECT_TRUE(!oscillates ||
+                (std::fabs(clean.period.value_or(0) - 5.0) < 0.01 &&
+                 std::fabs(clean.amplitude.value_or(0) - 0.5) < 0.02 &&
+                 std::fabs(clean.mean - 2.0) < 0.01 && clean.halfWidth < 0.01 && !clean.drift &&
+                 clean.samples > 3000u && std::fabs(periods - std::round(periods)) < 0.05));
   }
 }
 
@@ -233,17 +168,13 @@ TEST(Convergence, ResidualOrdersDroppedAndStillFalling) {
   Values levelled = noise(2000, 81);
   for (std::size_t i = 0; i < 2000; ++i)
     levelled[i] = std::pow(10.0, i < 1000 ? -12.0 * double(i) / 2000 : -6.0 + 0.1 * levelled[i]);
-  const double lastTwentieth = 1949.5 / 1999.0;  // mean decade of points 1900 to 1999
-  const std::tuple<Values, double, double, bool> cases[] = {
-      {geometric(6.0), 6.0 * lastTwentieth, 1e-9, true},
-      {geometric(1.0), lastTwentieth, 1e-9, true},
-      {levelled, 6.0, 0.05, false}};
-  for (const auto& [values, ordersDropped, tolerance, stillFalling] : cases) {
-    const convergence::Verdict verdict = convergence::judge(positions(2000), values, {}, true);
-    EXPECT_NEAR(verdict.ordersDropped.value_or(-1), ordersDropped, tolerance);
-    EXPECT_EQ(verdict.stillFalling, stillFalling) << ordersDropped;
-  }
-  // Orders are for residuals, and only for positive ones.
+  const convergence::Verdict falling =
+      convergence::judge(positions(2000), geometric(6.0), {}, true);
+  const convergence::Verdict levelledOut = convergence::judge(positions(2000), levelled, {}, true);
+  // The mean decade of points 1900 to 1999 against the highest of the first tenth.
+  EXPECT_NEAR(falling.ordersDropped.value_or(-1), 6.0 * 1949.5 / 1999.0, 1e-9);
+  EXPECT_NEAR(levelledOut.ordersDropped.value_or(-1), 6.0, 0.05);
+  EXPECT_TRUE(falling.stillFalling && !levelledOut.stillFalling);
   Values withZero = geometric(6.0);
   EXPECT_FALSE(convergence::judge(positions(2000), withZero, {}).ordersDropped);
   withZero[1500] = 0.0;

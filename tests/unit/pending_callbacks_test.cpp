@@ -2,30 +2,27 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 
 namespace {
 
-// Notes its mark when run; posts a '+' callback from inside its run when given the queue.
 struct Recorder : Callback {
-  Recorder(std::string& log, char mark, PendingCallbacks* queue = nullptr)
-      : log(log), mark(mark), queue(queue) {}
-  void run() override {
-    log += mark;
-    if (queue != nullptr) queue->post(std::make_shared<Recorder>(log, '+'));
-  }
-  std::string& log;
-  char mark;
-  PendingCallbacks* queue;
+  explicit Recorder(std::function<void()> action) : action(std::move(action)) {}
+  void run() override { action(); }
+  std::function<void()> action;
 };
 
 TEST(PendingCallbacks, RunInOrderWithThosePostedWhileRunningAndAreReleased) {
   PendingCallbacks queue;
   EXPECT_EQ(queue.flush(), 0);
   std::string log;
-  auto first = std::make_shared<Recorder>(log, 'a', &queue);
+  auto first = std::make_shared<Recorder>([&] {
+    log += 'a';
+    queue.post(std::make_shared<Recorder>([&] { log += '+'; }));
+  });
   queue.post(first);
-  queue.post(std::make_shared<Recorder>(log, 'b'));
+  queue.post(std::make_shared<Recorder>([&] { log += 'b'; }));
   EXPECT_EQ(queue.size(), 2U);
   EXPECT_EQ(first.use_count(), 2);
   EXPECT_EQ(queue.flush(), 1);
