@@ -314,9 +314,7 @@ TEST_F(WatchCurves, NamesAbscissaeAndFormulaCurvesInBothRunModes) {
     auto computation = watch::followComputation(
         path, watch::Mode::marine,
         {{"mean", "(Fx_hull+Fx_rudder)/2"}, {"unknown", "Fx_nothing"}, {"Fx_hull", "1"}});
-    computation->refresh();
-    computation->refresh();
-    computation->curves();
+    computation->refresh(), computation->refresh(), computation->curves();  // each told once
     EXPECT_EQ(computation->rows(), rows);
     EXPECT_EQ(computation->stamp(), "21/11/2026 14:05:09");
     std::map<std::string, CurveReport> curves;
