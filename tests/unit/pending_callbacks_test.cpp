@@ -2,39 +2,31 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 
 namespace {
 
-// Notes its mark when run; posts a '+' callback from inside its run when given the queue.
-class Recorder : public Callback {
- public:
-  Recorder(std::string& log, char mark, PendingCallbacks* queue = nullptr)
-      : log_(log), mark_(mark), queue_(queue) {}
-  void run() override {
-    log_ += mark_;
-    if (queue_ != nullptr) queue_->post(std::make_shared<Recorder>(log_, '+'));
-  }
-
- private:
-  std::string& log_;
-  char mark_;
-  PendingCallbacks* queue_;
+struct Recorder : Callback {
+  explicit Recorder(std::function<void()> action) : action(std::move(action)) {}
+  void run() override { action(); }
+  std::function<void()> action;
 };
 
 TEST(PendingCallbacks, RunInOrderWithThosePostedWhileRunningAndAreReleased) {
   PendingCallbacks queue;
   EXPECT_EQ(queue.flush(), 0);
   std::string log;
-  auto first = std::make_shared<Recorder>(log, 'a', &queue);
+  auto first = std::make_shared<Recorder>([&] {
+    log += 'a';
+    queue.post(std::make_shared<Recorder>([&] { log += '+'; }));
+  });
   queue.post(first);
-  queue.post(std::make_shared<Recorder>(log, 'b'));
-  EXPECT_EQ(queue.size(), 2U);
-  EXPECT_EQ(first.use_count(), 2);
+  queue.post(std::make_shared<Recorder>([&] { log += 'b'; }));
+  EXPECT_TRUE(queue.size() == 2 && first.use_count() == 2);
   EXPECT_EQ(queue.flush(), 1);
-  EXPECT_EQ(log, "ab+");
-  EXPECT_EQ(queue.size(), 0U);
-  EXPECT_EQ(first.use_count(), 1);
+  EXPECT_EQ(log + " " + std::to_string(queue.size()) + " " + std::to_string(first.use_count()),
+            "ab+ 0 1");
 }
 
 }  // namespace
