@@ -10,6 +10,7 @@
 #include <random>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "console_capture.h"
@@ -108,42 +109,36 @@ std::vector<RunFiles> marineProjectRuns(const fs::path& folder) {
   return {first, grown(snapshot())};
 }
 
-class GrowthProperty : public ScratchFolder {};
+using GrowthProperty = ScratchFolder;
 
 TEST_F(GrowthProperty, EveryReaderHoldsEachWholeRowOnceAndOnlyTheNewRunAfterARestart) {
   const ConsoleCapture console;
-  const struct {
-    const char* what;
-    Reader (*open)(const fs::path&);
-    std::vector<RunFiles> runs;  // the first run, then the one that replaces it
-    int trials;
-  } cases[] = {
+  const std::tuple<const char*, Reader (*)(const fs::path&), std::vector<RunFiles>, int> cases[] = {
       {"turbomachinery residual file", turboResidualReader, turboResidualRuns(), 50},
-      {"marine computation", marineProjectReader, marineProjectRuns(folder_ / "case"), 25},
-  };
+      {"marine computation", marineProjectReader, marineProjectRuns(folder_ / "case"), 25}};
   std::mt19937 random(20261123);
   const fs::path growing = folder_ / "growing", reference = folder_ / "reference";
   fs::create_directories(reference);
-  for (const auto& c : cases) {
+  for (const auto& [what, open, runs, trials] : cases) {
     // Replaced, not truncated: a truncated file is flushed on closing.
     const auto expected = [&](const std::vector<std::string>& written) {
       for (std::size_t f = 0; f < written.size(); ++f) {
-        fs::remove(reference / c.runs[0][f].name);
-        write("reference/" + c.runs[0][f].name, written[f].substr(0, written[f].rfind('\n') + 1));
+        fs::remove(reference / runs[0][f].name);
+        write("reference/" + runs[0][f].name, written[f].substr(0, written[f].rfind('\n') + 1));
       }
-      return c.open(reference)();
+      return open(reference)();
     };
-    for (int trial = 0; trial < c.trials; ++trial) {
-      SCOPED_TRACE(std::string(c.what) + ", trial " + std::to_string(trial));
+    for (int trial = 0; trial < trials; ++trial) {
+      SCOPED_TRACE(std::string(what) + ", trial " + std::to_string(trial));
       const auto emptied = [&] { fs::remove_all(growing), fs::create_directories(growing); };
       emptied();
       Reader reader;
-      std::vector<std::string> written(c.runs[0].size());
-      for (const RunFiles& run : c.runs) {
+      std::vector<std::string> written(runs[0].size());
+      for (const RunFiles& run : runs) {
         if (reader && trial % 2 == 1) emptied(), reader();  // deleted, seen missing
         for (std::size_t f = 0; f < run.size(); ++f)
           write("growing/" + run[f].name, written[f] = run[f].header);
-        if (!reader) reader = c.open(growing);
+        if (!reader) reader = open(growing);
         for (std::size_t step = 0, complete = 0; complete < run.size(); ++step) {
           complete = 0;
           for (std::size_t f = 0; f < run.size(); ++f) {
