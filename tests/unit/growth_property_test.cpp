@@ -1,11 +1,4 @@
-// Every reader of a growing file, grown the way a solver grows it: the
-// turbomachinery residual file, and a whole marine computation (residual,
-// force and moment files, motions, disks, user quantities). The text is
-// appended in random chunks cut at any byte (inside numbers, between a
-// carriage return and its line feed), refreshed after each chunk. After each
-// refresh the reader must hold exactly what a fresh reader finds in the whole
-// lines written so far. Then the run starts again (its files emptied, or
-// deleted and seen missing) and the reader must hold only the new run.
+// Growth in random chunks cut at any byte, then a restart, over every reader.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -17,6 +10,7 @@
 #include <random>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "console_capture.h"
@@ -29,22 +23,23 @@
 namespace {
 
 namespace fs = std::filesystem;
+using Reader = std::function<std::string()>;  // refreshes, answers what it holds
 
-// Refreshes a reader of the files of one folder; answers what it holds.
-using Reader = std::function<std::string()>;
-
-// The points of every curve.
-std::string describe(const std::vector<watch::NamedCurve>& curves) {
-  std::ostringstream text;
-  text.precision(17);
-  for (const watch::NamedCurve& curve : curves) {
-    std::vector<plot::Point> points(curve.source->size());
-    curve.source->read(0, points);
-    text << curve.name << ':';
-    for (const plot::Point& point : points) text << ' ' << point.x << ',' << point.y;
-    text << '\n';
-  }
-  return text.str();
+Reader marineProjectReader(const fs::path& folder) {
+  auto project = std::make_shared<marine::ProjectMonitorMarine>((folder / "ship.res").string());
+  return [project] {
+    project->refresh();
+    std::ostringstream text;
+    text.precision(17);
+    for (const watch::NamedCurve& curve : watch::marineCurves(*project)) {
+      std::vector<plot::Point> points(curve.source->size());
+      curve.source->read(0, points);
+      text << curve.name << ':';
+      for (const plot::Point& point : points) text << ' ' << point.x << ',' << point.y;
+      text << '\n';
+    }
+    return text.str();
+  };
 }
 
 Reader turboResidualReader(const fs::path& folder) {
@@ -63,29 +58,12 @@ Reader turboResidualReader(const fs::path& folder) {
   };
 }
 
-// A whole marine computation: every curve the model serves, read by the
-// readers of the residual, force and moment files, motions, disks and user
-// quantities.
-Reader marineProjectReader(const fs::path& folder) {
-  auto project = std::make_shared<marine::ProjectMonitorMarine>((folder / "ship.res").string());
-  return [project] {
-    project->refresh();
-    return describe(watch::marineCurves(*project));
-  };
-}
-
-// One file of a run: its header (written whole at the start of the run, as
-// the solver does, or empty when it grows with the rows) and its rows.
 struct RunFile {
-  std::string name;
-  std::string header;
-  std::string rows;
+  std::string name, header, rows;
 };
 using RunFiles = std::vector<RunFile>;
 
-// A long header of version 3.0, 2 blocks of 3D with K-E and one extra
-// equation (9 + 2 x 2 x 8 = 41 values a record), then 30 records, every third
-// ending in CR LF; two runs of other values.
+// 2 blocks of K-E and one extra equation: 41 values a record.
 std::vector<RunFiles> turboResidualRuns() {
   std::vector<RunFiles> runs;
   for (const double scale : {1.0, -3.5}) {
@@ -103,9 +81,6 @@ std::vector<RunFiles> turboResidualRuns() {
   return runs;
 }
 
-// A marine computation as the solver stand-in writes it (two bodies, one with
-// sub-bodies, converged rows, motions, disks, user quantities): the headers
-// of every file at the start of the run, then 30 iterations.
 std::vector<RunFiles> marineProjectRuns(const fs::path& folder) {
   solver_simulator::MarineCaseWriter writer(
       solver_simulator::defaultCaseSetup(folder, solver_simulator::RunMode::unsteady));
@@ -113,8 +88,7 @@ std::vector<RunFiles> marineProjectRuns(const fs::path& folder) {
     RunFiles run;
     for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
       std::ifstream in(entry.path(), std::ios::binary);
-      run.push_back(
-          {entry.path().filename().string(), {std::istreambuf_iterator<char>(in), {}}, ""});
+      run.push_back({entry.path().filename().string(), {std::istreambuf_iterator<char>(in), {}}});
     }
     std::sort(run.begin(), run.end(), [](auto& a, auto& b) { return a.name < b.name; });
     return run;
@@ -135,78 +109,47 @@ std::vector<RunFiles> marineProjectRuns(const fs::path& folder) {
   return {first, grown(snapshot())};
 }
 
-struct GrowingCase {
-  const char* what;
-  Reader (*open)(const fs::path&);
-  std::vector<RunFiles> runs;  // the first run, then the one that replaces it
-  int trials;
-};
-
-class GrowthProperty : public ScratchFolder {
- protected:
-  static void writeFile(const fs::path& path, const std::string& text, bool append = false) {
-    std::ofstream(path, std::ios::binary | (append ? std::ios::app : std::ios::trunc)) << text;
-  }
-
-  // What a fresh reader finds in the whole lines written.
-  std::string expected(const GrowingCase& c, const std::vector<std::string>& written) {
-    const fs::path reference = folder_ / "reference";
-    fs::create_directories(reference);
-    for (std::size_t f = 0; f < written.size(); ++f) {
-      // Replaced rather than truncated: a truncated file is flushed on closing.
-      fs::remove(reference / c.runs[0][f].name);
-      writeFile(reference / c.runs[0][f].name, written[f].substr(0, written[f].rfind('\n') + 1));
-    }
-    return c.open(reference)();
-  }
-
-  // Grows every file of `run` from `written` to its whole text in random
-  // chunks, checking the reader after each refresh.
-  void grow(const GrowingCase& c, const RunFiles& run, const Reader& reader,
-            std::vector<std::string>& written) {
-    for (std::size_t step = 0, complete = 0; complete < run.size(); ++step) {
-      complete = 0;
-      for (std::size_t f = 0; f < run.size(); ++f) {
-        const std::string whole = run[f].header + run[f].rows;
-        const std::size_t longest = random_() % 4 == 0 ? 400 : 40;  // mostly short chunks
-        const std::string chunk = whole.substr(written[f].size(), random_() % (longest + 1));
-        writeFile(folder_ / "growing" / run[f].name, chunk, true);
-        complete += (written[f] += chunk).size() == whole.size();
-      }
-      ASSERT_EQ(reader(), expected(c, written)) << "step " << step;
-    }
-  }
-
-  std::mt19937 random_{20261123};
-};
+using GrowthProperty = ScratchFolder;
 
 TEST_F(GrowthProperty, EveryReaderHoldsEachWholeRowOnceAndOnlyTheNewRunAfterARestart) {
   const ConsoleCapture console;
-  const GrowingCase cases[] = {
+  const std::tuple<const char*, Reader (*)(const fs::path&), std::vector<RunFiles>, int> cases[] = {
       {"turbomachinery residual file", turboResidualReader, turboResidualRuns(), 50},
-      {"marine computation", marineProjectReader, marineProjectRuns(folder_ / "case"), 25},
-  };
-  const fs::path growing = folder_ / "growing";
-  for (const GrowingCase& c : cases) {
-    for (int trial = 0; trial < c.trials; ++trial) {
-      SCOPED_TRACE(std::string(c.what) + ", trial " + std::to_string(trial));
-      fs::remove_all(growing);
-      fs::create_directories(growing);
+      {"marine computation", marineProjectReader, marineProjectRuns(folder_ / "case"), 25}};
+  std::mt19937 random(20261123);
+  const fs::path growing = folder_ / "growing", reference = folder_ / "reference";
+  fs::create_directories(reference);
+  for (const auto& [what, open, runs, trials] : cases) {
+    // Replaced, not truncated: a truncated file is flushed on closing.
+    const auto expected = [&](const std::vector<std::string>& written) {
+      for (std::size_t f = 0; f < written.size(); ++f) {
+        fs::remove(reference / runs[0][f].name);
+        write("reference/" + runs[0][f].name, written[f].substr(0, written[f].rfind('\n') + 1));
+      }
+      return open(reference)();
+    };
+    for (int trial = 0; trial < trials; ++trial) {
+      SCOPED_TRACE(std::string(what) + ", trial " + std::to_string(trial));
+      const auto emptied = [&] { fs::remove_all(growing), fs::create_directories(growing); };
+      emptied();
       Reader reader;
-      std::vector<std::string> written(c.runs[0].size());
-      for (const RunFiles& run : c.runs) {
-        // The solver starts again: every file emptied, or on odd trials
-        // deleted and seen missing first.
-        if (reader && trial % 2 == 1) {
-          fs::remove_all(growing);
-          fs::create_directories(growing);
-          reader();
-        }
+      std::vector<std::string> written(runs[0].size());
+      for (const RunFiles& run : runs) {
+        if (reader && trial % 2 == 1) emptied(), reader();  // deleted, seen missing
         for (std::size_t f = 0; f < run.size(); ++f)
-          writeFile(growing / run[f].name, written[f] = run[f].header);
-        if (!reader) reader = c.open(growing);
-        grow(c, run, reader, written);
-        if (HasFatalFailure()) return;
+          write("growing/" + run[f].name, written[f] = run[f].header);
+        if (!reader) reader = open(growing);
+        for (std::size_t step = 0, complete = 0; complete < run.size(); ++step) {
+          complete = 0;
+          for (std::size_t f = 0; f < run.size(); ++f) {
+            const std::string whole = run[f].header + run[f].rows;
+            const std::size_t longest = random() % 4 == 0 ? 400 : 40;  // mostly short chunks
+            const std::string chunk = whole.substr(written[f].size(), random() % (longest + 1));
+            append("growing/" + run[f].name, chunk);
+            complete += (written[f] += chunk).size() == whole.size();
+          }
+          ASSERT_EQ(reader(), expected(written)) << "step " << step;
+        }
       }
     }
   }
