@@ -114,8 +114,8 @@ using GrowthProperty = ScratchFolder;
 TEST_F(GrowthProperty, EveryReaderHoldsEachWholeRowOnceAndOnlyTheNewRunAfterARestart) {
   const ConsoleCapture console;
   const std::tuple<const char*, Reader (*)(const fs::path&), std::vector<RunFiles>, int> cases[] = {
-      {"turbomachinery residual file", turboResidualReader, turboResidualRuns(), 50},
-      {"marine computation", marineProjectReader, marineProjectRuns(folder_ / "case"), 25}};
+      {"turbomachinery residual file", turboResidualReader, turboResidualRuns(), 20},
+      {"marine computation", marineProjectReader, marineProjectRuns(folder_ / "case"), 8}};
   std::mt19937 random(20261123);
   const fs::path growing = folder_ / "growing", reference = folder_ / "reference";
   fs::create_directories(reference);
