@@ -113,6 +113,7 @@ TEST_F(MonitorCurveCommand, WrongRequestsAreScriptErrorsAndLeaveTheCurveAsItWas)
        "unknown option \"-level\": must be -confidence, -tolerance or -residual"},
       {"monitor_curve verdict $c -confidence 1", "the confidence must lie between 0 and 1, not 1"},
       {"monitor_curve verdict $c -confidence 0", "the confidence must lie between 0 and 1, not 0"},
+      {"monitor_curve verdict $c -confidence x", "expected floating-point number but got \"x\""},
       {"monitor_curve verdict $c -tolerance -0.1", "the tolerance must be 0 or more, not -0.1"},
       {"monitor_curve verdict $c -tolerance Inf", "the tolerance must be 0 or more, not Inf"},
       {"monitor_curve spin $c",

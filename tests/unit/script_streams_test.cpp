@@ -14,7 +14,6 @@
 
 namespace {
 
-// The value `target` holds after an extraction into it.
 template <typename Target>
 Target extracted(TclArgStream& in, Target target) {
   in >> target;

@@ -205,9 +205,6 @@ TEST_F(TurboCommands, ProjectsAddedAndRemoved) {
   start({a});
   const std::string aMode = "3D {K-O}  0 0 { }  {A} ";
   const std::string pMode = "3D {NO-K-E}  0 1 { {h1}  }  {P} ";
-  const auto current = [&] {
-    return std::to_string(monitor_->currentProject) + std::to_string(monitor_->currentBlock);
-  };
   expectRows({
       {"itf_add_res_file", "$a", "", "Project already loaded\n"},
       {"itf_add_res_file", "$p | $p", " | "},
@@ -223,13 +220,15 @@ TEST_F(TurboCommands, ProjectsAddedAndRemoved) {
       {"itf_remove_res_file", "0 $p", ""},
       {"itf_get_mode", "0 | 1 | 2 | 3", aMode + " | " + pMode + " | " + pMode + " | " + kNoMode},
   });
-  std::string seen = current();
+  std::string seen = std::to_string(monitor_->currentBlock);
   for (const std::string& path : {p, unknown, a}) {
-    call("itf_set_current_project", {path});
     seen += " " + std::to_string(monitor_->currentProject);
+    call("itf_set_current_project", {path});
   }
   call("itf_set_current_block", {});
-  EXPECT_EQ(seen + " " + current(), "00 2 2 0 0-1");
+  EXPECT_EQ(seen + " " + std::to_string(monitor_->currentProject) + " " +
+                std::to_string(monitor_->currentBlock),
+            "0 0 2 2 0 -1");
   // A count, then that many paths of a list; missing ones read as empty.
   ConsoleCapture console;
   call("itf_remove_res_file", {"2", "{" + p + "} {" + unknown + "}"});
@@ -286,7 +285,9 @@ TEST_F(TurboCommands, BulkRouteServesWhatThePointCommandsGiveAndTellsWhatIsWrong
   };
   for (const auto& [source, complaint] : refused) {
     ConsoleCapture quiet;
-    EXPECT_EQ(serveInBulk(turbo::curveSources(), words(source)).complaint, complaint) << source;
+    const Served served = serveInBulk(turbo::curveSources(), words(source));
+    EXPECT_EQ(served.complaint + ", " + std::to_string(served.positions), complaint + ", 0")
+        << source;
   }
 }
 
@@ -303,8 +304,8 @@ TEST_F(TurboCommands, CurveNamePositions) {
       {"max_sp12", 1, 19, 2, 9 + 38 + 36},
       {"rms_harm500", 0, 505, 0, 9 + 2 * 504 + 1},
       // Names of no curve read the first value.
-      {"rms_sp13", 0, 20, 0, 0},
-      {"torque", 0, 5, 0, 0},
+      {"rms_sp0", 0, 20, 0, 0},
+      {"max_harm0", 0, 20, 0, 0},
   };
   for (const auto& [name, block, nbVars, turbulence, position] : cases)
     EXPECT_EQ(turbo::indexOf(name, block, nbVars, turbulence), position) << name;
