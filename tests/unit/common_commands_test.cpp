@@ -13,25 +13,22 @@
 
 namespace {
 
-class CheckCurrentDirectory : public ScratchFolder {};
+using CheckCurrentDirectory = ScratchFolder;
 
 TEST_F(CheckCurrentDirectory, AnswersTheFolderOnlyWhenItCanWriteThere) {
   std::filesystem::create_directories(folder_ / "with blank");
   write("plain", "x");
   const std::string scratch = app::QVEnvironmentVariables::current().TMP_DIR;
-  const struct {
-    std::vector<std::string> arguments;
-    std::string answer;
-  } cases[] = {
+  const std::pair<std::vector<std::string>, std::string> cases[] = {
       {{pathOf("with blank")}, pathOf("with blank")},
       {{pathOf("missing")}, scratch},
       {{pathOf("plain")}, scratch},
       {{}, scratch},
       {{std::string(10000, 'a')}, scratch},
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(callCommand(kCommonCommands, "check_current_directory", c.arguments), c.answer)
-        << testing::PrintToString(c.arguments);
+  for (const auto& [arguments, answer] : cases) {
+    EXPECT_EQ(callCommand(kCommonCommands, "check_current_directory", arguments), answer)
+        << testing::PrintToString(arguments);
   }
   // The file written to find out is removed.
   EXPECT_TRUE(std::filesystem::is_empty(folder_ / "with blank"));

@@ -1,5 +1,5 @@
-// The points of a curve as the window holds them: what a plot keeps of them
-// (per column the first, lowest, highest and last point) and their statistics.
+// The points of a curve as the window holds them: filled from a served curve,
+// thinned for a plot (per column the first, lowest, highest and last point).
 #include "plot/curve_points.h"
 
 #include <gtest/gtest.h>
@@ -8,7 +8,10 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <string>
 #include <vector>
+
+#include "plot/curve_fill.h"
 
 namespace {
 
@@ -37,37 +40,29 @@ TEST(CurvePoints, FewPointsAreKeptAsTheyAreWithOneNeighbourOutsideEachBorder) {
   EXPECT_EQ(curve.thin(5.0, 5.0, 100).x, (std::vector<double>{4, 5, 6}));
 }
 
-// Whatever the range, the column count and the pieces the points came in,
-// the kept points are points of the curve in order, at most four a column,
-// and the range's extremes are among them.
+// Whatever the range, columns and pieces appended: points of the curve in
+// order, at most four a column, the range's extremes among them.
 TEST(CurvePoints, ThinnedPointsKeepTheExtremesOfEveryRange) {
   std::mt19937 random(7);
   std::uniform_real_distribution<double> noise(-1.0, 1.0);
   const std::size_t n = 20'000;
-  std::vector<double> x(n);
-  std::vector<double> y(n);
-  double position = 0.0;
+  std::vector<double> x(n), y(n);
   for (std::size_t i = 0; i < n; ++i) {
-    position += (i % 5 == 0) ? 0.0 : 0.5;  // runs of equal abscissae, as in time steps
-    x[i] = position;
+    x[i] = i == 0 ? 0.0 : x[i - 1] + (i % 5 == 0 ? 0.0 : 0.5);  // runs of equal abscissae
     y[i] = noise(random);
   }
   plot::CurvePoints curve;
-  for (std::size_t at = 0; at < n;) {
-    const std::size_t piece = std::min<std::size_t>(n - at, 1 + (at * 7919) % 997);
+  for (std::size_t at = 0, piece = 0; at < n; at += piece) {
+    piece = std::min<std::size_t>(n - at, 1 + (at * 7919) % 997);
     curve.append(std::span(x).subspan(at, piece), std::span(y).subspan(at, piece));
-    at += piece;
   }
   std::uniform_real_distribution<double> where(-100.0, x.back() + 100.0);
   for (int trial = 0; trial < 200; ++trial) {
-    double low = where(random);
-    double high = where(random);
-    if (low > high) std::swap(low, high);
+    const auto [low, high] = std::minmax({where(random), where(random)});
     const int columns = 1 + trial * 7 % 900;
     const plot::ThinnedPoints kept = curve.thin(low, high, columns);
     EXPECT_LE(kept.x.size(), 4u * static_cast<std::size_t>(columns + 2)) << "trial " << trial;
-    std::size_t from = 0;
-    for (std::size_t k = 0; k < kept.x.size(); ++k) {
+    for (std::size_t k = 0, from = 0; k < kept.x.size(); ++k) {
       while (from < n && !(x[from] == kept.x[k] && y[from] == kept.y[k])) ++from;
       ASSERT_LT(from, n) << "trial " << trial << " point " << k;
     }
@@ -76,8 +71,7 @@ TEST(CurvePoints, ThinnedPointsKeepTheExtremesOfEveryRange) {
     if (last <= first + 1) continue;
     for (const double extreme : {*std::max_element(y.begin() + first, y.begin() + last),
                                  *std::min_element(y.begin() + first, y.begin() + last)}) {
-      EXPECT_NE(std::find(kept.y.begin(), kept.y.end(), extreme), kept.y.end())
-          << "trial " << trial;
+      EXPECT_NE(std::find(kept.y.begin(), kept.y.end(), extreme), kept.y.end()) << trial;
     }
   }
   EXPECT_GE(curve.thin(-kInfinity, kInfinity, 500).x.size(), 2u * 500u);
@@ -120,19 +114,44 @@ TEST(CurvePoints, ShapesAreKeptWholeUntilTheirDescentIsCutOff) {
 }
 
 TEST(CurvePoints, StatisticsOfTheLastValues) {
+  const auto values = [](const plot::SeriesStatistics& s) {
+    return std::vector<double>{double(s.count), s.mean, s.standardDeviation, s.minimum, s.maximum};
+  };
   const plot::CurvePoints curve = curveOf(iota(5), {100.0, 1.0, 2.0, 3.0, 4.0});
-  const plot::SeriesStatistics last4 = curve.statisticsOfLast(4);
-  EXPECT_EQ(last4.count, 4u);
-  EXPECT_DOUBLE_EQ(last4.mean, 2.5);
-  EXPECT_DOUBLE_EQ(last4.standardDeviation, std::sqrt(1.25));
-  EXPECT_EQ(last4.minimum, 1.0);
-  EXPECT_EQ(last4.maximum, 4.0);
-  EXPECT_EQ(curve.statisticsOfLast(0).count, 5u);
-  EXPECT_EQ(curve.statisticsOfLast(99).maximum, 100.0);
-  EXPECT_EQ(plot::CurvePoints().statisticsOfLast(3).count, 0u);
+  EXPECT_EQ(values(curve.statisticsOfLast(4)),
+            (std::vector<double>{4, 2.5, std::sqrt(1.25), 1, 4}));
+  const std::vector<double> all{5, 22, std::sqrt(1522.0), 1, 100};
+  EXPECT_EQ(values(curve.statisticsOfLast(0)), all);
+  EXPECT_EQ(values(curve.statisticsOfLast(99)), all);
+  EXPECT_EQ(values(plot::CurvePoints().statisticsOfLast(3)), std::vector<double>(5, 0.0));
   // A small oscillation on a large mean keeps its digits.
   const plot::CurvePoints offset = curveOf(iota(4), {1e9 + 1, 1e9 - 1, 1e9 + 1, 1e9 - 1});
-  EXPECT_DOUBLE_EQ(offset.statisticsOfLast(0).standardDeviation, 1.0);
+  EXPECT_EQ(values(offset.statisticsOfLast(0)), (std::vector<double>{4, 1e9, 1, 1e9 - 1, 1e9 + 1}));
+}
+
+// Missing points at the borders of the batches of 4096, and a trailing run
+// from 8292 that begins in one range and goes on in the next.
+TEST(CurveFill, LongRangesAcrossBatchesKeepEveryPointInOrder) {
+  constexpr std::size_t kCount = 3 * 4096 + 17;
+  const auto source = plot::pointsByPosition(kCount, [](std::size_t i) {
+    const bool missing = i % 4096 == 0 || i % 4096 == 4095 || i == 1 || i > 2 * 4096 + 99;
+    const double y = missing ? std::numeric_limits<double>::quiet_NaN() : 0.5 * double(i);
+    return plot::Point{static_cast<double>(i), y};
+  });
+  plot::CurvePoints held;
+  EXPECT_EQ(plot::fill(*source, 0, 2, held).trailingMissingFrom, 0);
+  std::string outcomes;
+  for (std::size_t first = 0; first < kCount; first += 5000) {
+    const auto outcome = plot::fill(*source, first, std::min(kCount, first + 5000), held);
+    outcomes +=
+        std::to_string(outcome.appended) + " " + std::to_string(outcome.trailingMissingFrom) + ", ";
+  }
+  EXPECT_EQ(outcomes, "4996 -1, 3290 8292, 0 10000, ");
+  ASSERT_EQ(held.size(), 8286u);
+  for (std::size_t i = 1; i < held.size(); ++i) {
+    EXPECT_LT(held.x()[i - 1], held.x()[i]);
+    EXPECT_EQ(held.y()[i], 0.5 * held.x()[i]);
+  }
 }
 
 }  // namespace

