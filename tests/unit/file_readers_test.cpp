@@ -281,10 +281,11 @@ TEST(NumberText, LeadingIntegerAsTheCLibraryReadsIt) {
 TEST(NumberText, LeadingDoubleAsAtofReadsIt) {
   const double inf = std::numeric_limits<double>::infinity();
   const std::pair<const char*, double> cases[] = {
-      {"1.5", 1.5}, {" -2e3", -2000.0}, {"+.25", 0.25},  {"7.5kg", 7.5},  {"abc", 0.0},
-      {"", 0.0},    {"1e", 1.0},        {"0x1p4", 16.0}, {"-0x.8", -0.5}, {"0x", 0.0},
-      {"0x.", 0.0}, {"0xg", 0.0},       {"0XA", 10.0},   {"1e-400", 0.0}, {"5.", 5.0},
-      {"--1", 0.0}, {"-+1", 0.0},       {"1e400", inf},  {"-INF", -inf},  {"-infinity", -inf}};
+      {"1.5", 1.5},    {" -2e3", -2000.0}, {"+.25", 0.25},  {"7.5kg", 7.5},  {"abc", 0.0},
+      {"", 0.0},       {"1e", 1.0},        {"0x1p4", 16.0}, {"-0x.8", -0.5}, {"0x", 0.0},
+      {"0x.", 0.0},    {"0xg", 0.0},       {"0XA", 10.0},   {"0xa", 10.0},   {"0xF", 15.0},
+      {"1e-400", 0.0}, {"5.", 5.0},        {"--1", 0.0},    {"-+1", 0.0},    {"1e400", inf},
+      {"-INF", -inf},  {"-infinity", -inf}};
   for (const auto& [text, value] : cases) EXPECT_EQ(leadingDouble(text), value) << text;
   EXPECT_TRUE(std::isnan(leadingDouble("NaN")));
   double value = 9;

@@ -2,12 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <memory>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "console_capture.h"
 #include "marine/project_monitor_marine.h"
+#include "marine/run_comparison.h"
 #include "marine/script_hooks.h"
 #include "scratch_folder.h"
 
@@ -90,6 +92,22 @@ class MarineProject : public ScratchFolder {
     write("user_data.csv", "Time [s]\n0.0\n0.05\n");
   }
 };
+
+TEST_F(MarineProject, RunsAreConsistentOnlyWithTheSameResidualColumns) {
+  writeCase();
+  const ConsoleCapture quiet;
+  const auto loaded = [&] {
+    auto project = std::make_unique<ProjectMonitorMarine>(res());
+    project->refresh();
+    return project;
+  };
+  const auto first = loaded();
+  std::string residuals = residualText(kStamp, kResidualRows);
+  write("ship.res", residuals.replace(residuals.find("ResP"), 4, "ResV"));
+  EXPECT_FALSE(marine::runsConsistent(*first, *loaded()));
+  writeCase();
+  EXPECT_TRUE(marine::runsConsistent(*first, *loaded()));
+}
 
 TEST_F(MarineProject, LoadsOfDamagedAndIncompleteCases) {
   const std::string none = "<none>", folder = "<folder>";

@@ -16,6 +16,7 @@
 #include "scratch_folder.h"
 #include "solver_simulator/marine_case_writer.h"
 #include "watch/awaited_curves.h"
+#include "watch/computation_mode.h"
 #include "watch/csv_files.h"
 #include "watch/curve_report.h"
 #include "watch/curve_selection.h"
@@ -404,6 +405,24 @@ TEST_F(WatchCurves, EachCurveReadsItsPositionOfTheRecordAndStartsOverWithANewRun
         << what;
   }
   EXPECT_FALSE(computation->stamp().has_value());
+}
+
+TEST_F(WatchCurves, TheFirstByteAfterBlanksTellsTheMode) {
+  const std::pair<const char*, const char*> cases[] = {{" \r\n# stamp", "marine"},
+                                                       {"\t12", "turbo"},
+                                                       {"+1", "turbo"},
+                                                       {"-1", "turbo"},
+                                                       {"x1", "none"},
+                                                       {":", "none"},
+                                                       {"/", "none"},
+                                                       {" \n", "none"}};
+  for (const auto& [text, mode] : cases) {
+    write("run.res", text);
+    const std::optional<watch::Mode> found = watch::recogniseMode(pathOf("run.res"));
+    EXPECT_EQ(found ? (*found == watch::Mode::marine ? "marine" : "turbo") : "none",
+              std::string(mode))
+        << text;
+  }
 }
 
 }  // namespace
