@@ -69,6 +69,18 @@ TEST(Convergence, StudentQuantilesAndBatchCounts) {
         << correlationTime;
 }
 
+TEST(Convergence, TheMeanIsThatOfTheBatchesAfterTheCut) {
+  // Ten values of a start-up, then three batches alternating 0.9 and 1.1.
+  std::vector<double> values(10, 50.0);
+  for (int i = 0; i < 30; ++i) values.push_back(i % 2 == 0 ? 0.9 : 1.1);
+  const std::size_t limits[] = {10, 20, 30, 40};
+  const double positions[] = {15, 25, 35};
+  const convergence::MeanEstimate estimate =
+      convergence::estimateMean(values, limits, positions, 0.95, 3.0);
+  EXPECT_NEAR(estimate.mean, 1.0, 1e-12);
+  EXPECT_FALSE(estimate.drift);
+}
+
 TEST(Convergence, MserCutsWhereTheStartEnds) {
   // A cut from 40 % of the series on means that the start has not ended.
   const std::tuple<const char*, Values, std::size_t, std::size_t, bool> cases[] = {
