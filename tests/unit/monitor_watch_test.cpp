@@ -209,7 +209,7 @@ TEST(WatchJson, PathsAndNamesAreEscaped) {
       {"/runs/\"quoted\"/C:\\ship.res line\nfeed\ttab\rreturn", ""},
       {std::string("nul\0byte\x01\x1f\x7f", 12), ""},
       {"caf\xc3\xa9 \xc2\x80\xdf\xbf \xe2\x82\xac \xf0\x9f\x9a\xa2 "
-       "\xe0\xa0\x80\xed\x9f\xbf\xf0\x90\x80\x80\xf4\x8f\xbf\xbf",
+       "\xe0\xa0\x80\xed\x9f\xbf\xef\xbf\xbd\xf0\x90\x80\x80\xf4\x8f\xbf\xbf",
        ""},
       // Not UTF-8: a stray continuation byte, a cut lead byte, overlong forms,
       // a surrogate, a code point beyond U+10FFFF, bytes never used.
