@@ -24,6 +24,7 @@
 #include "watch/help_text.h"
 #include "watch/json_lines.h"
 #include "watch/turbo_catalogue.h"
+#include "watch/watch_loop.h"
 #include "watch/watch_options.h"
 
 namespace {
@@ -423,6 +424,18 @@ TEST_F(WatchCurves, TheFirstByteAfterBlanksTellsTheMode) {
               std::string(mode))
         << text;
   }
+}
+
+TEST_F(WatchCurves, AWatchWithoutTimeoutEndsWhenTheRunStalls) {
+  write("stage.res", "0 2.0 2 3D K-O\n0\n0\nSTEADY TURBO\n" + record(1, 37));
+  const std::string path = pathOf("stage.res");
+  const std::string_view words[] = {"--stall", "0.05", "--every", "0.01", "--json", path};
+  const watch::ParsedArguments parsed = watch::parseWatchArguments(words);
+  ASSERT_TRUE(parsed.options) << parsed.error;
+  std::vector<std::unique_ptr<watch::FollowedComputation>> followed;
+  followed.push_back(watch::followComputation(path, watch::Mode::turbomachinery, {}));
+  std::ostringstream out;
+  EXPECT_EQ(watch::WatchLoop(*parsed.options, std::move(followed), out, false).run(), 3);
 }
 
 }  // namespace
