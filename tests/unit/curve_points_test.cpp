@@ -75,6 +75,7 @@ TEST(CurvePoints, ThinnedPointsKeepTheExtremesOfEveryRange) {
     }
   }
   EXPECT_GE(curve.thin(-kInfinity, kInfinity, 500).x.size(), 2u * 500u);
+  EXPECT_GE(curve.thin(1000.0, 3000.0, 200).x.size(), 3u * 200u);  // columns of the range asked
   // One column over everything: first, lowest and highest in their order, last.
   const auto low = std::min_element(y.begin(), y.end()) - y.begin();
   const auto high = std::max_element(y.begin(), y.end()) - y.begin();
