@@ -17,12 +17,12 @@ std::string_view firstWordOf(std::string_view line) {
 
 }  // namespace
 
-HeaderLines HeaderLines::ofFile(const std::string& path, bool stopAtFirstRow, bool& opened) {
+HeaderLines HeaderLines::ofFile(const std::string& path, bool stopAtFirstRow) {
   std::vector<std::string> lines;
   int depth = 0;
   fileformat::GrowingFile file(path);
   std::size_t held = 0;
-  const auto status = file.readLines([&](std::string_view raw) {
+  file.readLines([&](std::string_view raw) {
     const std::string_view line = fileformat::trim(raw);
     const std::string_view word = firstWordOf(line);
     if (word == "#QV_BEGIN") ++depth;
@@ -33,7 +33,6 @@ HeaderLines HeaderLines::ofFile(const std::string& path, bool stopAtFirstRow, bo
     lines.emplace_back(line);
     return true;
   });
-  opened = status != fileformat::Update::missing;
   return HeaderLines(std::move(lines));
 }
 

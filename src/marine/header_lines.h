@@ -16,7 +16,7 @@ class HeaderLines {
   // header: the lines up to (not including) the first that is neither empty,
   // nor a comment or keyword line starting with '#', nor inside a
   // "#QV_BEGIN" ... "#QV_END" block. Empty when the file cannot be read.
-  static HeaderLines ofFile(const std::string& path, bool stopAtFirstRow, bool& opened);
+  static HeaderLines ofFile(const std::string& path, bool stopAtFirstRow);
 
   bool atEnd() const { return position_ >= lines_.size(); }
   // The current line, without surrounding blanks.

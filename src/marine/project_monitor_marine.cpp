@@ -94,8 +94,7 @@ void ProjectMonitorMarine::readBodyBlocks(const std::string& path, std::vector<B
                                           bool needsMode, const char* label) {
   // The force file's blocks stand in its header; the body description is
   // nothing but blocks.
-  bool opened = false;
-  HeaderLines lines = HeaderLines::ofFile(path, needsMode, opened);
+  HeaderLines lines = HeaderLines::ofFile(path, needsMode);
   while (!lines.atEnd()) {
     const std::string_view keyword = lines.keyword();
     lines.advance();
