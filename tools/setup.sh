@@ -9,7 +9,7 @@ packages=(
   tcl-dev tk-dev           # Tcl 8.6 and Tk 8.6
   tix-dev blt-dev          # Tix 8.4.3 and BLT 2.5
   libgtest-dev             # unit and end-to-end tests
-  nlohmann-json3-dev       # reading back the JSON lines in the unit tests
+  nlohmann-json3-dev       # reading back the JSON lines in the tests
   libbenchmark-dev         # benchmarks in bench/
   gnuplot-nox time         # the comparison and the timing of bench/window_open_bench.sh
   clang libclang-rt-14-dev # the libFuzzer harnesses in fuzz/
