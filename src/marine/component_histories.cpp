@@ -87,74 +87,66 @@ const std::vector<double>* ComponentHistories::convergedSeries(Component compone
 
 double ComponentHistories::element(Component component, std::string_view name,
                                    long long element) const {
-  const std::string prefix = "Error in " + std::string(owner_) + "::get" + wordsOf(component).name +
-                             "! Curve '" + std::string(name) + "'";
-  const std::optional<int> quantity = quantityNamed(component, name);
-  if (!quantity) {
-    platform::consoleLine(prefix + " is not found.");
+  // The messages are made only when needed: this runs once per point asked.
+  const auto complain = [&](const std::string& what) {
+    platform::consoleLine("Error in " + std::string(owner_) + "::get" + wordsOf(component).name +
+                          "! Curve '" + std::string(name) + "'" + what);
     return 0.0;
-  }
+  };
+  const std::optional<int> quantity = quantityNamed(component, name);
+  if (!quantity) return complain(" is not found.");
   const std::vector<double>* values = history(component, *quantity);
   const std::size_t count = values == nullptr ? 0 : values->size();
   if (element < 0 || static_cast<std::size_t>(element) >= count) {
-    platform::consoleLine(prefix + " has only " + text(static_cast<long long>(count)) +
-                          " elements while element #" + text(element) + " was requested.");
-    return 0.0;
+    return complain(" has only " + text(static_cast<long long>(count)) +
+                    " elements while element #" + text(element) + " was requested.");
   }
   return (*values)[static_cast<std::size_t>(element)];
 }
 
 double ComponentHistories::converged(Component component, int quantity, long long step) const {
-  const std::string prefix = std::string(owner_) + "::get" + wordsOf(component).name + "Conv";
-  if (quantity < 0 || quantity >= kQuantities) {
-    platform::consoleLine(prefix + " wrong curve index " + text(quantity));
+  const auto complain = [&](const std::string& what) {
+    platform::consoleLine(std::string(owner_) + "::get" + wordsOf(component).name + "Conv" + what);
     return 0.0;
-  }
+  };
+  if (quantity < 0 || quantity >= kQuantities)
+    return complain(" wrong curve index " + text(quantity));
   const Histories& histories = of(component);
   const int series = histories.seriesOf[static_cast<std::size_t>(quantity)];
-  if (series < 0 || series >= static_cast<int>(histories.series.size())) {
-    platform::consoleLine(prefix + " wrong converted curve index " + text(series));
-    return 0.0;
-  }
+  if (series < 0 || series >= static_cast<int>(histories.series.size()))
+    return complain(" wrong converted curve index " + text(series));
   const std::vector<double>& values = histories.series[static_cast<std::size_t>(series)];
   if (step < 0 || static_cast<std::size_t>(step) >= values.size()) {
-    platform::consoleLine(prefix + " wrong iteration number " + text(step) +
-                          " (n = " + text(static_cast<long long>(values.size())) + ")");
-    return 0.0;
+    return complain(" wrong iteration number " + text(step) +
+                    " (n = " + text(static_cast<long long>(values.size())) + ")");
   }
   return values[static_cast<std::size_t>(step)];
 }
 
 int ComponentHistories::convergedLength(Component component, int quantity) const {
-  const ComponentWords& words = wordsOf(component);
-  // A body's force variant speaks with the sub-body's words.
-  const std::string owner = component == Component::force ? "SubBodyObject" : std::string(owner_);
-  const std::string prefix = owner + "::get" + words.name + "ConvLength wrong ";
-  const std::string what = std::string(words.noun) + " index " + text(quantity);
-  if (quantity < 0 || quantity >= kQuantities) {
-    platform::consoleLine(prefix + what);
+  const auto complain = [&](const char* converted) {
+    const ComponentWords& words = wordsOf(component);
+    // A body's force variant speaks with the sub-body's words.
+    const std::string owner = component == Component::force ? "SubBodyObject" : std::string(owner_);
+    platform::consoleLine(owner + "::get" + words.name + "ConvLength wrong " + converted +
+                          words.noun + " index " + text(quantity));
     return 0;
-  }
+  };
+  if (quantity < 0 || quantity >= kQuantities) return complain("");
   const std::vector<double>* series = convergedSeries(component, quantity);
-  if (series == nullptr) {
-    platform::consoleLine(prefix + "converted " + what);
-    return 0;
-  }
+  if (series == nullptr) return complain("converted ");
   return static_cast<int>(series->size());
 }
 
 int ComponentHistories::convergedIterations(Component component, int quantity) const {
-  const std::string prefix =
-      std::string(owner_) + "::nbIter" + wordsOf(component).name + "Conv (getter) wrong ";
-  if (quantity < 0 || quantity >= kQuantities) {
-    platform::consoleLine(prefix + "index " + text(quantity));
+  const auto complain = [&](const char* converted) {
+    platform::consoleLine(std::string(owner_) + "::nbIter" + wordsOf(component).name +
+                          "Conv (getter) wrong " + converted + "index " + text(quantity));
     return 0;
-  }
+  };
+  if (quantity < 0 || quantity >= kQuantities) return complain("");
   const std::vector<double>* series = convergedSeries(component, quantity);
-  if (series == nullptr) {
-    platform::consoleLine(prefix + "converted index " + text(quantity));
-    return 0;
-  }
+  if (series == nullptr) return complain("converted ");
   return static_cast<int>(series->size());
 }
 
